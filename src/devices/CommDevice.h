@@ -1,0 +1,77 @@
+#pragma once
+// Model of one communication device (one gateway module): identity, connect
+// state, parameter items and the two rolling receive lists.
+
+#include <QObject>
+#include <QStringList>
+#include <QVector>
+#include <mutex>
+
+class BaseItemProxy;
+class QTimer;
+
+class CommDevice : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(int deviceID READ deviceID WRITE setDeviceID NOTIFY deviceIDChanged DESIGNABLE true FINAL)
+    Q_PROPERTY(bool connectState READ connectState WRITE setConnectState NOTIFY connectStateChanged DESIGNABLE true FINAL)
+    Q_PROPERTY(QString deviceType READ deviceType WRITE setDeviceType NOTIFY deviceTypeChanged DESIGNABLE true FINAL)
+    Q_PROPERTY(QString deviceName READ deviceName WRITE setDeviceName NOTIFY deviceNameChanged DESIGNABLE true FINAL)
+    Q_PROPERTY(QStringList recvDataList READ recvDataList WRITE setRecvDataList NOTIFY recvDataListChanged DESIGNABLE false FINAL)
+    Q_PROPERTY(QStringList recvHexDataList READ recvHexDataList WRITE setRecvHexDataList NOTIFY recvHexDataListChanged DESIGNABLE false FINAL)
+
+public:
+    explicit CommDevice(QObject *parent = nullptr);
+    explicit CommDevice(const QString &deviceType, QObject *parent = nullptr);
+    ~CommDevice() override;
+
+    Q_INVOKABLE int deviceID() const;
+    Q_INVOKABLE void setDeviceID(int id);
+    Q_INVOKABLE bool connectState() const;
+    Q_INVOKABLE void setConnectState(bool bConnectState);
+    Q_INVOKABLE QString deviceType() const;
+    Q_INVOKABLE void setDeviceType(QString devType);
+    Q_INVOKABLE QString deviceName() const;
+    Q_INVOKABLE void setDeviceName(QString devName);
+    Q_INVOKABLE int GwGetConnectState();
+    Q_INVOKABLE int GwSetConnectState(bool value);
+    Q_INVOKABLE void clearRecvDatas();
+
+    // Copies taken under the receive lock.
+    QStringList recvDataList() const;
+    void setRecvDataList(const QStringList &list);
+    QStringList recvHexDataList() const;
+    void setRecvHexDataList(const QStringList &list);
+
+    int Init(); // creates the 300 ms refresh timer; 0 or 0xE0000002
+    void AddDeviceItem(BaseItemProxy *item);
+    QVector<BaseItemProxy *> items() const { return m_items; }
+    void setItemsEnable(bool enable);
+    void setModuleParams();
+    void getModuleParams();
+    void updateConState(bool state);
+
+    // One block of received data; called on a gateway thread.
+    void ProRecvResultData(int addressId, void *data, int length);
+
+signals:
+    void deviceIDChanged();
+    void connectStateChanged();
+    void deviceTypeChanged();
+    void deviceNameChanged();
+    void recvDataListChanged();
+    void recvHexDataListChanged();
+    void messageBox(int nMsgBoxType, QString strMsg);
+    void deviceResultChanged(int addressId, QByteArray byteResult);
+
+private:
+    int m_deviceID = -1;
+    bool m_connectState = false;
+    QVector<BaseItemProxy *> m_items;
+    QString m_deviceType;
+    QString m_deviceName;
+    QTimer *m_timer = nullptr;
+    mutable std::mutex m_recvLock; // guards both lists (gateway thread vs GUI thread)
+    QStringList m_recvDataList;
+    QStringList m_recvHexDataList;
+};

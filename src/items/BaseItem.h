@@ -1,0 +1,107 @@
+#pragma once
+// Base of every parameter item's data model: the common attributes read from
+// the item element, the enable rules, and the triggers through which a change
+// of this item's value shows or hides other items of the same device.
+
+#include <QList>
+#include <QMap>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <cstdint>
+
+class CommDevice;
+class BaseItem;
+
+// Common attributes of one parameter item, read from its XML element.
+struct _S_Comm_BasicDefaultInfo_ {
+    int32_t itemKind = 2;
+    QString displayName;
+    QString description;
+    QString name; // the item's gateway parameter key
+    QString accessMode;
+    QString spareTextA;
+    QString typeName; // the element's tag name
+    QString spareTextB;
+    bool customVisible = true;
+    bool generate = true;
+    bool supportChangeEnable = false;
+};
+
+// One action of a trigger.
+struct S_SetterNodeInfo {
+    QString operation;  // "VisibleOperation" / "HiddenOperation"
+    QString params;     // "True", other text, or empty
+    QString targetName; // object name (parameter key) of the item acted on
+    QPointer<BaseItem> target; // resolved on first use
+};
+
+// One trigger: conditions on this item's value and the setters to apply.
+struct S_TriggersNodeInfo {
+    bool anyMatch = false;
+    QList<S_SetterNodeInfo> setters;
+    QMap<QString, QString> conditions; // property name -> expected value
+};
+
+class BaseItem : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(uint moduID READ moduID WRITE setModuID NOTIFY moduIDChanged)
+    Q_PROPERTY(QString description READ description NOTIFY descriptionChanged)
+    Q_PROPERTY(QString displayName READ displayName NOTIFY displayNameChanged)
+    Q_PROPERTY(bool visibility READ visibility WRITE setVisibility NOTIFY visibilityChanged)
+    Q_PROPERTY(bool enable READ enable WRITE setEnable NOTIFY enableChanged)
+    Q_PROPERTY(QString accessMode READ accessMode NOTIFY accessModeChanged)
+
+public:
+    BaseItem(const _S_Comm_BasicDefaultInfo_ &info, QObject *parent);
+
+    uint moduID() const { return m_moduID; }
+    void setModuID(uint id);
+    QString description() const; // translated
+    QString displayName() const; // translated
+    QString accessMode() const { return m_accessMode; }
+    bool visibility() const { return m_visibility; }
+    void setVisibility(bool visible); // always notifies
+    bool enable() const { return m_enable; }
+    void setEnable(bool enable);
+    bool supportEnable() const { return m_supportEnable; }
+    void setSupportEnable(bool enable);
+    bool alwaysDisable() const { return m_alwaysDisable; }
+    void setAlwaysDisable(bool disable);
+
+    const _S_Comm_BasicDefaultInfo_ &info() const { return m_info; }
+    // The device that owns the item (its QObject parent), or null.
+    CommDevice *device() const;
+
+    void SetTriggers(const QList<S_TriggersNodeInfo> &triggers);
+    const QList<S_TriggersNodeInfo> &triggers() const { return m_triggers; }
+    void TriggerAssociatedEvents();
+
+    // The current value as text, compared by trigger conditions.
+    virtual QString CurValue() const;
+    // Writes the current value to the gateway; returns the gateway code.
+    virtual int SetModuleParam();
+
+signals:
+    void moduIDChanged();
+    void descriptionChanged();
+    void displayNameChanged();
+    void visibilityChanged();
+    void accessModeChanged();
+    void enableChanged();
+    // A translated message for the operator (type 2 = error).
+    void messageBox(int nMsgBoxType, QString strMsg);
+
+private:
+    _S_Comm_BasicDefaultInfo_ m_info;
+    uint m_moduID = 0;
+    QString m_description;
+    QString m_displayName;
+    QString m_accessMode;
+    bool m_visibility = true;
+    bool m_enable = true;
+    bool m_supportEnable = false;
+    bool m_alwaysDisable = false;
+    QList<S_TriggersNodeInfo> m_triggers;
+};

@@ -1,0 +1,52 @@
+#pragma once
+// Base of every parameter item's proxy: made by the item factory with the
+// device as parent, reads the item element, owns the data model and names
+// the QML file that draws the item. Subclasses add a `data` property typed
+// as their own data model class (NOTIFY dataChanged).
+
+#include "BaseItem.h"
+
+#include <QObject>
+#include <QString>
+
+namespace tinyxml2 {
+class XMLElement;
+}
+
+class BaseItemProxy : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(QString qmlName READ qmlName WRITE setQmlName NOTIFY qmlNameChanged)
+
+public:
+    explicit BaseItemProxy(QObject *parent);
+
+    QString qmlName() const { return m_qmlName; }
+    void setQmlName(const QString &name);
+
+    // The data model, or null while the element has not been read.
+    BaseItem *baseData() const { return m_data; }
+
+    // Reads the item element and makes the data model.
+    virtual void CreateControl(tinyxml2::XMLElement *element) = 0;
+
+    static void ParseTriggerElement(tinyxml2::XMLElement *element, S_TriggersNodeInfo &trigger);
+    static void ParseSettersElement(tinyxml2::XMLElement *element, QList<S_SetterNodeInfo> &setters);
+
+public slots:
+    virtual void setDeviceID(int id) = 0;
+    virtual void setModuleParam();
+    virtual void getModuleParam();
+    virtual void setItemEnable(bool enable);
+
+signals:
+    void qmlNameChanged();
+    void dataChanged();
+
+protected:
+    void setBaseData(BaseItem *data);
+
+private:
+    QString m_qmlName;
+    BaseItem *m_data = nullptr; // child of the device, owned by this proxy
+};

@@ -8,6 +8,7 @@
 #include <QMap>
 #include <QString>
 #include <QVector>
+#include <memory>
 #include <mutex>
 
 class ModuleRegistry : public LmCore::ICommandService

@@ -1,0 +1,11 @@
+#include "IocContainar.h"
+
+namespace LmCommon {
+
+IocContainar &IocContainar::Instance()
+{
+    static IocContainar container;
+    return container;
+}
+
+} // namespace LmCommon

@@ -1,0 +1,7 @@
+#include "RecvEventManager.h"
+
+RecvEventManager *RecvEventManager::Instance()
+{
+    static RecvEventManager manager;
+    return &manager;
+}

@@ -1,0 +1,806 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en">
+<context>
+    <name>ErrorCode</name>
+    <message>
+        <source>0x0</source>
+        <translation>Success</translation>
+    </message>
+    <message>
+        <source>0xE0000001</source>
+        <translation>A gateway value could not be read</translation>
+    </message>
+    <message>
+        <source>0xE0000002</source>
+        <translation>Out of memory</translation>
+    </message>
+    <message>
+        <source>0xE0000003</source>
+        <translation>The gateway is not connected</translation>
+    </message>
+    <message>
+        <source>0xE0000004</source>
+        <translation>The gateway cannot be reached</translation>
+    </message>
+    <message>
+        <source>0xE0000005</source>
+        <translation>The gateway did not answer in time</translation>
+    </message>
+    <message>
+        <source>0xE0000006</source>
+        <translation>The connection to the gateway was lost</translation>
+    </message>
+    <message>
+        <source>0xE0000007</source>
+        <translation>The gateway sent an invalid message</translation>
+    </message>
+    <message>
+        <source>0xE0000008</source>
+        <translation>Invalid argument</translation>
+    </message>
+    <message>
+        <source>0xE0000009</source>
+        <translation>The gateway could not save the change</translation>
+    </message>
+    <message>
+        <source>0xE000000A</source>
+        <translation>No device template is prepared</translation>
+    </message>
+    <message>
+        <source>0xE000000B</source>
+        <translation>The device does not exist</translation>
+    </message>
+    <message>
+        <source>0xE000000C</source>
+        <translation>Unknown device type</translation>
+    </message>
+    <message>
+        <source>0xE000000D</source>
+        <translation>Unknown parameter</translation>
+    </message>
+    <message>
+        <source>0xE000000E</source>
+        <translation>The address does not exist</translation>
+    </message>
+    <message>
+        <source>0xE000000F</source>
+        <translation>Invalid value</translation>
+    </message>
+    <message>
+        <source>0xE0000010</source>
+        <translation>The port must be between 1 and 65535</translation>
+    </message>
+    <message>
+        <source>0xE0000011</source>
+        <translation>Not a valid IPv4 address</translation>
+    </message>
+    <message>
+        <source>0xE0000012</source>
+        <translation>The buffer is too small</translation>
+    </message>
+    <message>
+        <source>0xE0000013</source>
+        <translation>The value is too long</translation>
+    </message>
+    <message>
+        <source>0xE0000014</source>
+        <translation>The device is not open</translation>
+    </message>
+    <message>
+        <source>0xE0000015</source>
+        <translation>The port is already in use</translation>
+    </message>
+    <message>
+        <source>0xE0000016</source>
+        <translation>The device could not be opened</translation>
+    </message>
+    <message>
+        <source>0xE0000017</source>
+        <translation>The device did not accept the data</translation>
+    </message>
+    <message>
+        <source>0xE0000018</source>
+        <translation>Not supported by this device type</translation>
+    </message>
+    <message>
+        <source>0xE0000019</source>
+        <translation>The address is out of range</translation>
+    </message>
+    <message>
+        <source>0xE000001A</source>
+        <translation>The number of values does not match</translation>
+    </message>
+    <message>
+        <source>0xE000001B</source>
+        <translation>The gateway is busy</translation>
+    </message>
+    <message>
+        <source>0xE000001C</source>
+        <translation>The name must not be empty</translation>
+    </message>
+    <message>
+        <source>0xE00000FF</source>
+        <translation>The operation failed</translation>
+    </message>
+    <message>
+        <source>0xE000010C</source>
+        <translation>Saved; takes effect when the device is next opened</translation>
+    </message>
+</context>
+<context>
+    <name>Lumora</name>
+    <message>
+        <source>16bit</source>
+        <translation>16-bit</translation>
+    </message>
+    <message>
+        <source>16进制发送</source>
+        <translation>Send as hex</translation>
+    </message>
+    <message>
+        <source>32bit</source>
+        <translation>32-bit</translation>
+    </message>
+    <message>
+        <source>8bit</source>
+        <translation>8-bit</translation>
+    </message>
+    <message>
+        <source>AND</source>
+        <translation>Address</translation>
+    </message>
+    <message>
+        <source>ChangeSolution</source>
+        <translation>Change Solution</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Clear</translation>
+    </message>
+    <message>
+        <source>CommandType</source>
+        <translation>Command Type</translation>
+    </message>
+    <message>
+        <source>Confirm</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Create</source>
+        <translation>Create</translation>
+    </message>
+    <message>
+        <source>Data</source>
+        <translation>Data</translation>
+    </message>
+    <message>
+        <source>Data Record</source>
+        <translation>Data Record</translation>
+    </message>
+    <message>
+        <source>EIP_SoftElementNum_tip</source>
+        <translation>Number of 16-bit elements</translation>
+    </message>
+    <message>
+        <source>EipModule</source>
+        <translation>EtherNet/IP</translation>
+    </message>
+    <message>
+        <source>ExecuteProcedure</source>
+        <translation>Run Procedure</translation>
+    </message>
+    <message>
+        <source>HeartbeatInterval</source>
+        <translation>Heartbeat (ms)</translation>
+    </message>
+    <message>
+        <source>ILMXProcessControl</source>
+        <translation>Process Control</translation>
+    </message>
+    <message>
+        <source>Lang_AciiToHexTips</source>
+        <translation>ASCII text is converted to hex</translation>
+    </message>
+    <message>
+        <source>Lang_AddAddressFailed</source>
+        <translation>Adding the address failed</translation>
+    </message>
+    <message>
+        <source>Lang_Address</source>
+        <translation>Address</translation>
+    </message>
+    <message>
+        <source>Lang_AddressAdd</source>
+        <translation>Add Address</translation>
+    </message>
+    <message>
+        <source>Lang_AddressConflict</source>
+        <translation> overlaps an existing address</translation>
+    </message>
+    <message>
+        <source>Lang_AddressError</source>
+        <translation>No address selected</translation>
+    </message>
+    <message>
+        <source>Lang_AddressManager</source>
+        <translation>Address Settings</translation>
+    </message>
+    <message>
+        <source>Lang_AddressNotExist</source>
+        <translation>The address does not exist</translation>
+    </message>
+    <message>
+        <source>Lang_AddressParamError</source>
+        <translation>Invalid address parameters</translation>
+    </message>
+    <message>
+        <source>Lang_AddressSelection</source>
+        <translation>Address</translation>
+    </message>
+    <message>
+        <source>Lang_AddressSpace</source>
+        <translation>Address Space</translation>
+    </message>
+    <message>
+        <source>Lang_Assembly</source>
+        <translation>Assembly</translation>
+    </message>
+    <message>
+        <source>Lang_AssemblyOutput</source>
+        <translation>Assembled Output</translation>
+    </message>
+    <message>
+        <source>Lang_ByteCompare</source>
+        <translation>Compare Bytes</translation>
+    </message>
+    <message>
+        <source>Lang_ByteLength</source>
+        <translation>Byte Length</translation>
+    </message>
+    <message>
+        <source>Lang_ByteMatch</source>
+        <translation>Byte Match</translation>
+    </message>
+    <message>
+        <source>Lang_CharacterTrigger</source>
+        <translation>Text Trigger</translation>
+    </message>
+    <message>
+        <source>Lang_ClearAllAddress</source>
+        <translation>Delete all addresses?</translation>
+    </message>
+    <message>
+        <source>Lang_ClickCancel</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>Lang_ComDeviceList</source>
+        <translation>Device List</translation>
+    </message>
+    <message>
+        <source>Lang_CommMagrCreateFailed</source>
+        <translation>Creating the communication module failed</translation>
+    </message>
+    <message>
+        <source>Lang_CommSet</source>
+        <translation>Communication Settings</translation>
+    </message>
+    <message>
+        <source>Lang_CompareRule</source>
+        <translation>Compare Rule</translation>
+    </message>
+    <message>
+        <source>Lang_Confirm</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Lang_CreatCount</source>
+        <translation>Created</translation>
+    </message>
+    <message>
+        <source>Lang_DataSyn</source>
+        <translation>Sync Data</translation>
+    </message>
+    <message>
+        <source>Lang_DealMethod</source>
+        <translation>Processing</translation>
+    </message>
+    <message>
+        <source>Lang_Delete</source>
+        <translation>Delete</translation>
+    </message>
+    <message>
+        <source>Lang_DeleteFail</source>
+        <translation>Deleting the device failed</translation>
+    </message>
+    <message>
+        <source>Lang_Device</source>
+        <translation>Device</translation>
+    </message>
+    <message>
+        <source>Lang_DeviceAddFailed</source>
+        <translation>Adding the device failed: </translation>
+    </message>
+    <message>
+        <source>Lang_DeviceIdExisted</source>
+        <translation>the device ID already exists</translation>
+    </message>
+    <message>
+        <source>Lang_DeviceManager</source>
+        <translation>Devices</translation>
+    </message>
+    <message>
+        <source>Lang_DirctOutput</source>
+        <translation>Direct Output</translation>
+    </message>
+    <message>
+        <source>Lang_EventAssemblyOutput</source>
+        <translation>Output the assembled data</translation>
+    </message>
+    <message>
+        <source>Lang_EventByte</source>
+        <translation>Match received bytes</translation>
+    </message>
+    <message>
+        <source>Lang_EventConfig</source>
+        <translation>Event Settings</translation>
+    </message>
+    <message>
+        <source>Lang_EventDirectOutput</source>
+        <translation>Output the data as received</translation>
+    </message>
+    <message>
+        <source>Lang_EventProtocolAssembly</source>
+        <translation>Compare and assemble the text</translation>
+    </message>
+    <message>
+        <source>Lang_EventProtocolPrase</source>
+        <translation>Parse the text by separators</translation>
+    </message>
+    <message>
+        <source>Lang_EventShell</source>
+        <translation>Hand the data to a script</translation>
+    </message>
+    <message>
+        <source>Lang_EventTrigger</source>
+        <translation>Event Trigger</translation>
+    </message>
+    <message>
+        <source>Lang_EventType</source>
+        <translation>Event Type</translation>
+    </message>
+    <message>
+        <source>Lang_GWSDKInitFailed</source>
+        <translation>Connecting to the gateway failed</translation>
+    </message>
+    <message>
+        <source>Lang_GetProxyInitPortFailed</source>
+        <translation>Reading the gateway port failed</translation>
+    </message>
+    <message>
+        <source>Lang_GetReservedPorts_Failed</source>
+        <translation>Ports in use could not be read</translation>
+    </message>
+    <message>
+        <source>Lang_Heart</source>
+        <translation>Heartbeat</translation>
+    </message>
+    <message>
+        <source>Lang_HeartType</source>
+        <translation>Heartbeat Type</translation>
+    </message>
+    <message>
+        <source>Lang_IOTrigger</source>
+        <translation>IO Trigger</translation>
+    </message>
+    <message>
+        <source>Lang_InputCfg</source>
+        <translation>Input</translation>
+    </message>
+    <message>
+        <source>Lang_Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Lang_NameEmpty</source>
+        <translation>The name must not be empty</translation>
+    </message>
+    <message>
+        <source>Lang_NameError</source>
+        <translation>Renaming the device failed</translation>
+    </message>
+    <message>
+        <source>Lang_NameModify</source>
+        <translation>Rename Device</translation>
+    </message>
+    <message>
+        <source>Lang_NewResourceFailed</source>
+        <translation>Out of memory</translation>
+    </message>
+    <message>
+        <source>Lang_Num</source>
+        <translation>No.</translation>
+    </message>
+    <message>
+        <source>Lang_OnOff</source>
+        <translation>On/Off</translation>
+    </message>
+    <message>
+        <source>Lang_OpenCommDev</source>
+        <translation>Switch the device on first</translation>
+    </message>
+    <message>
+        <source>Lang_Operate</source>
+        <translation>Operate</translation>
+    </message>
+    <message>
+        <source>Lang_Operation</source>
+        <translation>Operation</translation>
+    </message>
+    <message>
+        <source>Lang_ParseConfig</source>
+        <translation>Parse Settings</translation>
+    </message>
+    <message>
+        <source>Lang_ParseList</source>
+        <translation>Parse List</translation>
+    </message>
+    <message>
+        <source>Lang_PmList</source>
+        <translation>Parameters</translation>
+    </message>
+    <message>
+        <source>Lang_PmNameEmpty</source>
+        <translation>The text to send is empty</translation>
+    </message>
+    <message>
+        <source>Lang_ProfinetToolTip</source>
+        <translation>Letters, digits, '-' and '.' only</translation>
+    </message>
+    <message>
+        <source>Lang_ProtocolAssembly</source>
+        <translation>Protocol Assembly</translation>
+    </message>
+    <message>
+        <source>Lang_ProtocolParse</source>
+        <translation>Protocol Parse</translation>
+    </message>
+    <message>
+        <source>Lang_QueryCommMgrFailed</source>
+        <translation>Querying the communication module failed</translation>
+    </message>
+    <message>
+        <source>Lang_RecvEvents</source>
+        <translation>Receive Events</translation>
+    </message>
+    <message>
+        <source>Lang_Rename</source>
+        <translation>Rename</translation>
+    </message>
+    <message>
+        <source>Lang_ReplyDevice</source>
+        <translation>Reply Device</translation>
+    </message>
+    <message>
+        <source>Lang_ReservedPorts</source>
+        <translation>Ports in use: </translation>
+    </message>
+    <message>
+        <source>Lang_ResponseConfig</source>
+        <translation>Responses</translation>
+    </message>
+    <message>
+        <source>Lang_Result</source>
+        <translation>Result</translation>
+    </message>
+    <message>
+        <source>Lang_RuleList</source>
+        <translation>Rules</translation>
+    </message>
+    <message>
+        <source>Lang_RuleLogic</source>
+        <translation>Rule Logic</translation>
+    </message>
+    <message>
+        <source>Lang_Script</source>
+        <translation>Script</translation>
+    </message>
+    <message>
+        <source>Lang_SendContent</source>
+        <translation>Content</translation>
+    </message>
+    <message>
+        <source>Lang_SendDataContent</source>
+        <translation>Data</translation>
+    </message>
+    <message>
+        <source>Lang_SendDataType</source>
+        <translation>Data Type</translation>
+    </message>
+    <message>
+        <source>Lang_SendFail</source>
+        <translation>Sending failed</translation>
+    </message>
+    <message>
+        <source>Lang_SendSucceed</source>
+        <translation>Sent</translation>
+    </message>
+    <message>
+        <source>Lang_SendTest</source>
+        <translation>Send Test</translation>
+    </message>
+    <message>
+        <source>Lang_SendTextIllegal</source>
+        <translation>The text contains invalid characters</translation>
+    </message>
+    <message>
+        <source>Lang_SentEmpty</source>
+        <translation>The text to send is empty</translation>
+    </message>
+    <message>
+        <source>Lang_Sequence</source>
+        <translation>Sequence</translation>
+    </message>
+    <message>
+        <source>Lang_SolLoad</source>
+        <translation>Load Solution</translation>
+    </message>
+    <message>
+        <source>Lang_SplitConfig</source>
+        <translation>Separators</translation>
+    </message>
+    <message>
+        <source>Lang_StartEnd</source>
+        <translation>Start-End</translation>
+    </message>
+    <message>
+        <source>Lang_StringCompare</source>
+        <translation>Compare Text</translation>
+    </message>
+    <message>
+        <source>Lang_StringLength</source>
+        <translation>Text Length</translation>
+    </message>
+    <message>
+        <source>Lang_TimeInterval</source>
+        <translation>Interval (ms)</translation>
+    </message>
+    <message>
+        <source>Lang_TriggerIO</source>
+        <translation>Trigger IO</translation>
+    </message>
+    <message>
+        <source>Lang_TriggerOperate</source>
+        <translation>Triggers</translation>
+    </message>
+    <message>
+        <source>Lang_Type</source>
+        <translation>Type</translation>
+    </message>
+    <message>
+        <source>Lang_TypeExplain</source>
+        <translation>Values separated by ';'</translation>
+    </message>
+    <message>
+        <source>Lang_queDelAddress</source>
+        <translation>Delete this address?</translation>
+    </message>
+    <message>
+        <source>Lnag_TriggerEvent</source>
+        <translation>Trigger Event</translation>
+    </message>
+    <message>
+        <source>MatchMode</source>
+        <translation>Match Mode</translation>
+    </message>
+    <message>
+        <source>MultiData</source>
+        <translation>Multiple Values</translation>
+    </message>
+    <message>
+        <source>Multi_BindingDevice</source>
+        <translation>Device</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>No</translation>
+    </message>
+    <message>
+        <source>PollEnable</source>
+        <translation>Polling</translation>
+    </message>
+    <message>
+        <source>ProfinetModule</source>
+        <translation>PROFINET</translation>
+    </message>
+    <message>
+        <source>ProtocolType</source>
+        <translation>Protocol</translation>
+    </message>
+    <message>
+        <source>RunParam_Busy Trigger</source>
+        <translation>Busy Trigger</translation>
+    </message>
+    <message>
+        <source>RunParam_Camera Control</source>
+        <translation>Camera Control</translation>
+    </message>
+    <message>
+        <source>RunParam_CameraSeparator</source>
+        <translation>Camera Separator</translation>
+    </message>
+    <message>
+        <source>RunParam_Communication Device</source>
+        <translation>Device</translation>
+    </message>
+    <message>
+        <source>RunParam_Communication Protocol</source>
+        <translation>Protocol</translation>
+    </message>
+    <message>
+        <source>RunParam_Connect Trigger</source>
+        <translation>Connect Trigger</translation>
+    </message>
+    <message>
+        <source>RunParam_Content</source>
+        <translation>Content</translation>
+    </message>
+    <message>
+        <source>RunParam_Disconnect Trigger</source>
+        <translation>Disconnect Trigger</translation>
+    </message>
+    <message>
+        <source>RunParam_Free Trigger</source>
+        <translation>Idle Trigger</translation>
+    </message>
+    <message>
+        <source>RunParam_IntDataType</source>
+        <translation>Integer Type</translation>
+    </message>
+    <message>
+        <source>RunParam_Polling</source>
+        <translation>Polling</translation>
+    </message>
+    <message>
+        <source>RunParam_SampleSeparator</source>
+        <translation>Sample Separator</translation>
+    </message>
+    <message>
+        <source>RunParam_Send Event</source>
+        <translation>Send Events</translation>
+    </message>
+    <message>
+        <source>RunParam_Soft Component Address</source>
+        <translation>First Address</translation>
+    </message>
+    <message>
+        <source>RunParam_Soft Component Points</source>
+        <translation>Points</translation>
+    </message>
+    <message>
+        <source>RunParam_SolutionTimeOut</source>
+        <translation>Solution Timeout</translation>
+    </message>
+    <message>
+        <source>RunParam_Split Symbol</source>
+        <translation>Separator</translation>
+    </message>
+    <message>
+        <source>RunParam_Status</source>
+        <translation>Status</translation>
+    </message>
+    <message>
+        <source>RunParam_Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>RunParam_Timeout</source>
+        <translation>Timeout (ms)</translation>
+    </message>
+    <message>
+        <source>RunParam_Trigger Character</source>
+        <translation>Trigger Text</translation>
+    </message>
+    <message>
+        <source>RunParam_TriggerActivation</source>
+        <translation>Activation</translation>
+    </message>
+    <message>
+        <source>SerialModule</source>
+        <translation>Serial Port</translation>
+    </message>
+    <message>
+        <source>ShownAsHex</source>
+        <translation>Show as hex</translation>
+    </message>
+    <message>
+        <source>SingleData</source>
+        <translation>Single Value</translation>
+    </message>
+    <message>
+        <source>Tab_Assemble List</source>
+        <translation>Assembly List</translation>
+    </message>
+    <message>
+        <source>Tab_Basic Config</source>
+        <translation>Basic Settings</translation>
+    </message>
+    <message>
+        <source>TcpClientModule</source>
+        <translation>TCP Client</translation>
+    </message>
+    <message>
+        <source>TcpServerModule</source>
+        <translation>TCP Server</translation>
+    </message>
+    <message>
+        <source>TriggerString</source>
+        <translation>Trigger Text</translation>
+    </message>
+    <message>
+        <source>UdpModule</source>
+        <translation>UDP</translation>
+    </message>
+    <message>
+        <source>Upload</source>
+        <translation>Upload</translation>
+    </message>
+    <message>
+        <source>UploadTip</source>
+        <translation>Push new data to the page</translation>
+    </message>
+    <message>
+        <source>Yes</source>
+        <translation>Yes</translation>
+    </message>
+    <message>
+        <source>create</source>
+        <translation>Create</translation>
+    </message>
+    <message>
+        <source>deviceName</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>send</source>
+        <translation>Send</translation>
+    </message>
+    <message>
+        <source>value</source>
+        <translation>Value</translation>
+    </message>
+    <message>
+        <source>位置-长度</source>
+        <translation>Start-Length</translation>
+    </message>
+    <message>
+        <source>发送事件列表</source>
+        <translation>Send Events</translation>
+    </message>
+    <message>
+        <source>发送数据</source>
+        <translation>Send</translation>
+    </message>
+    <message>
+        <source>接收事件列表</source>
+        <translation>Receive Events</translation>
+    </message>
+    <message>
+        <source>接收数据</source>
+        <translation>Received</translation>
+    </message>
+    <message>
+        <source>请选择</source>
+        <translation>Select...</translation>
+    </message>
+    <message>
+        <source>通信参数</source>
+        <translation>Parameters</translation>
+    </message>
+    <message>
+        <source>通信管理</source>
+        <translation>Communication</translation>
+    </message>
+</context>
+</TS>

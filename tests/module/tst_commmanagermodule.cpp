@@ -1,0 +1,285 @@
+#include "CommManagerModule.h"
+#include "FakeGateway.h"
+
+#include "ContextModel.h"
+#include "HostConfig.h"
+#include "ModuleRegistry.h"
+#include "QUICore.h"
+#include "Slog.h"
+
+#include <QQmlContext>
+#include <QQuickItem>
+#include <QtTest>
+
+namespace {
+const QString kPage = QStringLiteral("qrc:/QmlFiles/CommManagerModuleDialog.qml");
+}
+
+class tst_CommManagerModule : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void init_succeeds_registersEverythingInOrder();
+    void init_failure_data();
+    void init_failure();
+    void init_hostAlreadyKnowsModule_addsNothing();
+    void init_portNotANumber_passesPortZero();
+    void init_twice_secondReturnsAtOnce();
+    void deInit_withoutInit_onlyLogs();
+    void deInit_gatewayRefuses_staysInitialised();
+    void init_afterDeInit_reloadsPageAndDevices();
+    void hostSignal_deInitialisesAndHides_data();
+    void hostSignal_deInitialisesAndHides();
+    void viewHide_emitsCloseClicked();
+
+private:
+    QStringList messages() const { return HostLog::capturedMessages(); }
+    int linesContaining(const QString &text) const { return messages().filter(text).size(); }
+
+    std::shared_ptr<ModuleRegistry> m_registry;
+    FakeGateway &m_gw = FakeGateway::instance();
+};
+
+void tst_CommManagerModule::initTestCase()
+{
+    m_registry = ModuleRegistry::installDefault();
+    HostConfig::setLanguage(QStringLiteral("en"));
+}
+
+void tst_CommManagerModule::init()
+{
+    m_gw.reset();
+    m_registry->clearModules();
+    m_registry->clearForcedAnswers();
+    HostConfig::setGatewayPort(QStringLiteral("5678"));
+    QUICore::clearShownMessageBoxes();
+    HostLog::clearCaptured();
+    HostLog::setCaptureEnabled(true);
+}
+
+void tst_CommManagerModule::cleanup()
+{
+    HostLog::setCaptureEnabled(false);
+}
+
+void tst_CommManagerModule::init_succeeds_registersEverythingInOrder()
+{
+    CommManagerModule module;
+    QCOMPARE(module.Init(QString(), QString()), 0);
+    QVERIFY(module.isInited());
+
+    // The host now knows the module.
+    QCOMPARE(m_registry->modules().size(), 1);
+    QCOMPARE(m_registry->modules().first().moduleId, 10999);
+    QCOMPARE(QString::fromUtf8(m_registry->modules().first().displayName), QStringLiteral("通信管理"));
+
+    // The gateway was opened with the host's port, then the callbacks set.
+    const FakeGwCall initCall = m_gw.lastCall(QStringLiteral("Init"));
+    QCOMPARE(initCall.text, QByteArray("127.0.0.1"));
+    QCOMPARE(initCall.number, 5678);
+    QCOMPARE(initCall.moduleId, 1);   // first argument
+    QCOMPARE(initCall.addressId, 101); // dongle type
+    QStringList order;
+    for (const FakeGwCall &c : m_gw.calls())
+        order << c.function;
+    QCOMPARE(order, QStringList({"Init", "SetResultCallback", "SetRecvEventCalBack", "SetEventCalBack"}));
+    QVERIFY(m_gw.eventCallback());
+    QVERIFY(m_gw.resultCallback());
+    QCOMPARE(m_gw.lastCall(QStringLiteral("SetRecvEventCalBack")).moduleId, 0); // no callback installed
+
+    QCOMPARE(module.source(), QUrl(kPage));
+    QVERIFY(module.rootObject());
+    QCOMPARE(module.rootContext()->contextProperty("MainWindow").value<QObject *>(), &module);
+    QVERIFY(module.flags() & Qt::FramelessWindowHint);
+    QVERIFY(module.flags() & Qt::WindowStaysOnTopHint);
+    QCOMPARE(module.resizeMode(), QQuickView::SizeRootObjectToView);
+
+    const QStringList expected = {
+        "[CommManager] [Init@", "CommManagerModule Init enter",
+        "GW_PF_Init start, 127.0.0.1:5678, dongle type=101", "GW_PF_Init succ", "LoadDevices enter"};
+    for (const QString &line : expected)
+        QVERIFY2(linesContaining(line) >= 1, qPrintable(line));
+    QVERIFY(QUICore::shownMessageBoxes().isEmpty());
+}
+
+void tst_CommManagerModule::init_failure_data()
+{
+    QTest::addColumn<int>("kind"); // the host command that fails, or -1: the gateway refuses
+    QTest::addColumn<int>("status");
+    QTest::addColumn<int>("errorCode");
+    QTest::addColumn<QString>("logLine");
+    QTest::addColumn<QString>("boxText");
+
+    QTest::newRow("module list query fails")
+        << int(ModuleRegistry::ModuleListQuery) << 0 << int(0x8000000A)
+        << "query communication failed.error=-2147483638,status=0,message=nope"
+        << "Querying the communication module failed: 0x8000000A";
+    QTest::newRow("module list query fails with a translated code")
+        << int(ModuleRegistry::ModuleListQuery) << 2 << int(0xE0000004)
+        << "query communication failed.error=-536870908,status=2,message=nope"
+        << "Querying the communication module failed: The gateway cannot be reached";
+    QTest::newRow("add module refused")
+        << int(ModuleRegistry::AddModule) << 3 << 77
+        << "add communication module failed.error=77,status=3,message=nope"
+        << "Creating the communication module failed";
+    QTest::newRow("port query refused")
+        << int(ModuleRegistry::RunParamQuery) << 3 << 78
+        << "GetProxyInitPort faile.error=78,status=3,message=nope"
+        << "Reading the gateway port failed";
+    QTest::newRow("gateway refuses init")
+        << -1 << 0 << int(0xE0000004)
+        << "GW_PF_Init failed,127.0.0.1:5678, dongle type=101. error=e0000004"
+        << "Connecting to the gateway failed";
+}
+
+void tst_CommManagerModule::init_failure()
+{
+    QFETCH(int, kind);
+    QFETCH(int, status);
+    QFETCH(int, errorCode);
+    QFETCH(QString, logLine);
+    QFETCH(QString, boxText);
+    if (kind >= 0)
+        m_registry->forceAnswer(ModuleRegistry::CommandKind(kind), status, errorCode, QStringLiteral("nope"));
+    else
+        m_gw.answer(QStringLiteral("Init"), quint32(errorCode));
+
+    CommManagerModule module;
+    QCOMPARE(module.Init(QString(), QString()), errorCode);
+    QVERIFY(!module.isInited());
+    QCOMPARE(linesContaining(logLine), 1);
+    QCOMPARE(QUICore::shownMessageBoxes().size(), 1);
+    QCOMPARE(QUICore::shownMessageBoxes().first().text, boxText);
+    QCOMPARE(QUICore::shownMessageBoxes().first().type, 0);
+    // Nothing is registered and no page is loaded after a failure.
+    QVERIFY(m_gw.calls(QStringLiteral("SetEventCalBack")).isEmpty());
+    QVERIFY(m_gw.calls(QStringLiteral("SetResultCallback")).isEmpty());
+    QVERIFY(!m_gw.eventCallback());
+    QVERIFY(module.source().isEmpty());
+    QVERIFY(!module.rootContext()->contextProperty("MainWindow").isValid());
+    QCOMPARE(linesContaining("LoadDevices enter"), 0);
+}
+
+void tst_CommManagerModule::init_hostAlreadyKnowsModule_addsNothing()
+{
+    CommManagerModule first;
+    QCOMPARE(first.Init(QString(), QString()), 0);
+    HostLog::clearCaptured();
+    const int addsBefore = m_registry->executedCount(ModuleRegistry::AddModule);
+
+    CommManagerModule second;
+    QCOMPARE(second.Init(QString(), QString()), 0);
+    QCOMPARE(m_registry->executedCount(ModuleRegistry::AddModule), addsBefore);
+    const QList<LogRecord> records = HostLog::captured();
+    bool found = false;
+    for (const LogRecord &r : records)
+        found |= r.level == 2 && r.message.endsWith(QLatin1String("communication already existed. moduleID=10999"));
+    QVERIFY(found);
+}
+
+void tst_CommManagerModule::init_portNotANumber_passesPortZero()
+{
+    HostConfig::setGatewayPort(QStringLiteral("gateway"));
+    m_gw.answer(QStringLiteral("Init"), GW_ERR_CONNECT_FAILED);
+    CommManagerModule module;
+    QCOMPARE(module.Init(QString(), QString()), int(GW_ERR_CONNECT_FAILED));
+    QCOMPARE(m_gw.lastCall(QStringLiteral("Init")).number, 0);
+    QCOMPARE(linesContaining("GW_PF_Init start, 127.0.0.1:gateway, dongle type=101"), 1);
+}
+
+void tst_CommManagerModule::init_twice_secondReturnsAtOnce()
+{
+    CommManagerModule module;
+    QCOMPARE(module.Init(QString(), QString()), 0);
+    m_gw.clearCalls();
+    HostLog::clearCaptured();
+    QCOMPARE(module.Init(QString(), QString()), 0);
+    QVERIFY(m_gw.calls().isEmpty());
+    QCOMPARE(messages().size(), 2);
+    QVERIFY(messages().at(0).endsWith(QLatin1String("CommManagerModule Init enter")));
+    QVERIFY(messages().at(1).endsWith(QLatin1String("CommManagerModule already Inited, leave")));
+}
+
+void tst_CommManagerModule::deInit_withoutInit_onlyLogs()
+{
+    CommManagerModule module;
+    module.DeInit();
+    module.DeInit();
+    QVERIFY(m_gw.calls().isEmpty());
+    QCOMPARE(linesContaining("CommManagerModule already DeInited, leave"), 2);
+}
+
+void tst_CommManagerModule::deInit_gatewayRefuses_staysInitialised()
+{
+    CommManagerModule module;
+    QCOMPARE(module.Init(QString(), QString()), 0);
+    m_gw.answer(QStringLiteral("DeInit"), GW_ERR_CONNECTION_LOST);
+    module.DeInit();
+    QVERIFY(module.isInited());
+    QCOMPARE(module.source(), QUrl(kPage));
+    QCOMPARE(linesContaining("CommManagerModule DeInit failed error=e0000006, leave"), 1);
+}
+
+void tst_CommManagerModule::init_afterDeInit_reloadsPageAndDevices()
+{
+    CommManagerModule module;
+    QCOMPARE(module.Init(QString(), QString()), 0);
+    module.DeInit();
+    QVERIFY(!module.isInited());
+    QVERIFY(module.source().isEmpty());
+    QVERIFY(!module.rootObject());
+    QCOMPARE(linesContaining("CommManagerModule DeInit succ, leave"), 1);
+
+    QCOMPARE(module.Init(QString(), QString()), 0);
+    QCOMPARE(module.source(), QUrl(kPage));
+    QVERIFY(module.rootObject());
+    QCOMPARE(linesContaining("LoadDevices enter"), 2);
+    QCOMPARE(m_gw.calls(QStringLiteral("Init")).size(), 2);
+}
+
+void tst_CommManagerModule::hostSignal_deInitialisesAndHides_data()
+{
+    QTest::addColumn<bool>("seized");
+    QTest::addColumn<bool>("visible");
+    QTest::newRow("solution loads, page shown") << false << true;
+    QTest::newRow("server seized, page shown") << true << true;
+    QTest::newRow("server seized, page hidden") << true << false;
+}
+
+void tst_CommManagerModule::hostSignal_deInitialisesAndHides()
+{
+    QFETCH(bool, seized);
+    QFETCH(bool, visible);
+    CommManagerModule module;
+    QCOMPARE(module.Init(QString(), QString()), 0);
+    if (visible)
+        module.show();
+    ContextModel *context = QUICore::QUICoreInstance()->contextModel();
+    if (seized)
+        emit context->Sig_ServerSeized(QStringLiteral("other client"));
+    else
+        emit context->Sig_loadSolBegin(QStringLiteral("solution"));
+    QVERIFY(!module.isInited());
+    QVERIFY(!module.isVisible());
+    QCOMPARE(m_gw.calls(QStringLiteral("DeInit")).size(), 1);
+    const QString name = seized ? QStringLiteral("Sig_ServerSeized") : QStringLiteral("Sig_loadSolBegin");
+    QCOMPARE(linesContaining(name + " callback enter"), 1);
+    QCOMPARE(linesContaining(name + " callback leave"), 1);
+}
+
+void tst_CommManagerModule::viewHide_emitsCloseClicked()
+{
+    CommManagerModule module;
+    QSignalSpy closed(&module, &CommManagerModule::Sig_closeClicked);
+    module.show();
+    module.ViewHide();
+    QVERIFY(!module.isVisible());
+    QCOMPARE(closed.count(), 1);
+}
+
+QTEST_MAIN(tst_CommManagerModule)
+#include "tst_commmanagermodule.moc"

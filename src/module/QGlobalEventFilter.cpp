@@ -37,14 +37,25 @@ QPoint QGlobalEventFilter::roundedPosition(const QPointF &pos)
     return QPoint(int(std::floor(pos.x() + 0.5)), int(std::floor(pos.y() + 0.5)));
 }
 
+bool QGlobalEventFilter::keyboardVisible() const
+{
+    const QInputMethod *inputMethod = QGuiApplication::inputMethod();
+    return inputMethod && inputMethod->isVisible();
+}
+
+QRectF QGlobalEventFilter::keyboardRectangle() const
+{
+    const QInputMethod *inputMethod = QGuiApplication::inputMethod();
+    return inputMethod ? inputMethod->keyboardRectangle() : QRectF();
+}
+
 // The on-screen keyboard is drawn centred on the primary screen, standing on
 // its bottom edge; a press on it must not close pop-ups.
 bool QGlobalEventFilter::pressIsOnKeyboard(const QPoint &globalPos) const
 {
-    QInputMethod *inputMethod = QGuiApplication::inputMethod();
-    if (!inputMethod || !inputMethod->isVisible())
+    if (!keyboardVisible())
         return false;
-    QRect keyboard = inputMethod->keyboardRectangle().toRect();
+    QRect keyboard = keyboardRectangle().toRect();
     if (QScreen *screen = QGuiApplication::primaryScreen()) {
         const QSize size = screen->size();
         keyboard.moveTo((size.width() - keyboard.width()) / 2, size.height() - keyboard.height());

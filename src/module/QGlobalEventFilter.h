@@ -35,6 +35,11 @@ signals:
     void wheelFilterEnableChanged();
     void filterEnableChanged();
 
+protected:
+    // The on-screen keyboard as the input method reports it.
+    virtual bool keyboardVisible() const;
+    virtual QRectF keyboardRectangle() const;
+
 private:
     bool pressIsOnKeyboard(const QPoint &globalPos) const;
 

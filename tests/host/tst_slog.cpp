@@ -1,0 +1,104 @@
+#include "Slog.h"
+
+#include <QFile>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QtTest>
+#include <thread>
+#include <vector>
+
+class tst_Slog : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup();
+    void record_formatsAndCaptures_data();
+    void record_formatsAndCaptures();
+    void record_writesTimestampedLineToFile();
+    void longRecord_isCutNotOverrun();
+    void concurrentWriters_loseNoRecord();
+
+private:
+    QTemporaryDir m_dir;
+};
+
+void tst_Slog::init()
+{
+    HostLog::setLogFile(m_dir.filePath(QStringLiteral("state/commmanager.log")));
+    HostLog::clearCaptured();
+    HostLog::setCaptureEnabled(true);
+}
+
+void tst_Slog::cleanup()
+{
+    HostLog::setCaptureEnabled(false);
+    HostLog::setLogFile(QString());
+    QFile::remove(m_dir.filePath(QStringLiteral("state/commmanager.log")));
+}
+
+void tst_Slog::record_formatsAndCaptures_data()
+{
+    QTest::addColumn<int>("level");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("detail level") << 2 << "[CommManager] [f@7] value=-5 text=ab hex=e00000ff";
+    QTest::newRow("info level") << 4 << "[CommManager] [f@7] value=-5 text=ab hex=e00000ff";
+}
+
+void tst_Slog::record_formatsAndCaptures()
+{
+    QFETCH(int, level);
+    QFETCH(QString, expected);
+    Slog_LogPrint("CommManager", level, "[%s] [%s@%d] value=%d text=%s hex=%x", "CommManager", "f", 7, -5, "ab",
+                  0xE00000FFu);
+    const QList<LogRecord> records = HostLog::captured();
+    QCOMPARE(records.size(), 1);
+    QCOMPARE(records.first().tag, QStringLiteral("CommManager"));
+    QCOMPARE(records.first().level, level);
+    QCOMPARE(records.first().message, expected);
+}
+
+void tst_Slog::record_writesTimestampedLineToFile()
+{
+    Slog_LogPrint("CommManager", 4, "hello %s", "file");
+    Slog_LogPrint("Other", 2, "second");
+    QFile file(HostLog::logFile());
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QCOMPARE(lines.size(), 2);
+    const QRegularExpression line(QStringLiteral("^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\.\\d{3} 4 CommManager hello file$"));
+    QVERIFY2(line.match(lines.at(0)).hasMatch(), qPrintable(lines.at(0)));
+    QVERIFY(lines.at(1).endsWith(QLatin1String(" 2 Other second")));
+}
+
+void tst_Slog::longRecord_isCutNotOverrun()
+{
+    const QByteArray big(10 * 1024, 'x');
+    Slog_LogPrint("CommManager", 4, "%s", big.constData());
+    const QString message = HostLog::captured().value(0).message;
+    QVERIFY(message.size() > 1000);
+    QVERIFY(message.size() < big.size());
+    QVERIFY(message.count(QLatin1Char('x')) == message.size());
+}
+
+void tst_Slog::concurrentWriters_loseNoRecord()
+{
+    constexpr int kThreads = 4;
+    constexpr int kRecords = 200;
+    std::vector<std::thread> threads;
+    for (int t = 0; t < kThreads; ++t) {
+        threads.emplace_back([t] {
+            for (int i = 0; i < kRecords; ++i)
+                Slog_LogPrint("CommManager", 4, "thread %d record %d", t, i);
+        });
+    }
+    for (auto &t : threads)
+        t.join();
+    QCOMPARE(HostLog::captured().size(), kThreads * kRecords);
+    QFile file(HostLog::logFile());
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll().count('\n'), kThreads * kRecords);
+}
+
+QTEST_GUILESS_MAIN(tst_Slog)
+#include "tst_slog.moc"

@@ -1,0 +1,92 @@
+// commmanager: the standalone host of the communication page. It sets up the
+// host stand-ins (configuration, log file, command service), opens the module
+// and shows the page.
+#include "CommManagerModule.h"
+
+#include "HostConfig.h"
+#include "ModuleRegistry.h"
+#include "QUICore.h"
+#include "Slog.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QDir>
+#include <QQuickWindow>
+#include <QStandardPaths>
+#include <QTimer>
+#include <cstdio>
+
+namespace {
+QString defaultStateDir()
+{
+    const QByteArray xdg = qgetenv("XDG_STATE_HOME");
+    const QString base = xdg.isEmpty() ? QDir::homePath() + QStringLiteral("/.local/state") : QString::fromLocal8Bit(xdg);
+    return base + QStringLiteral("/lumora");
+}
+
+// Writes the page to a PNG once it has been drawn twice, then quits.
+void screenshotWhenDrawn(CommManagerModule &module, const QString &file)
+{
+    auto *frames = new int(0);
+    QObject::connect(&module, &QQuickWindow::frameSwapped, &module, [&module, file, frames] {
+        if (++*frames != 2)
+            return;
+        const QImage image = module.grabWindow();
+        const bool ok = !image.isNull() && image.save(file);
+        std::fprintf(ok ? stdout : stderr, ok ? "screenshot written to %s\n" : "cannot write screenshot %s\n",
+                     qPrintable(file));
+        delete frames;
+        QCoreApplication::exit(ok ? 0 : 3);
+    });
+    QTimer::singleShot(20000, &module, [] {
+        std::fprintf(stderr, "the page was not drawn within 20 s\n");
+        QCoreApplication::exit(4);
+    });
+}
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("commmanager"));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("Lumora communication manager"));
+    parser.addHelpOption();
+    QCommandLineOption lang(QStringLiteral("lang"), QStringLiteral("Language: en or zh."), QStringLiteral("lang"),
+                            QStringLiteral("zh"));
+    QCommandLineOption port(QStringLiteral("gateway-port"), QStringLiteral("Port of a running gateway."),
+                            QStringLiteral("port"));
+    QCommandLineOption stateDir(QStringLiteral("state-dir"), QStringLiteral("Folder for the log and the gateway state."),
+                                QStringLiteral("dir"), defaultStateDir());
+    QCommandLineOption screenshot(QStringLiteral("screenshot"),
+                                  QStringLiteral("Render the page once, write it to FILE and exit."),
+                                  QStringLiteral("file"));
+    parser.addOptions({lang, port, stateDir, screenshot});
+    parser.process(app);
+
+    HostConfig::setLanguage(parser.value(lang).startsWith(QLatin1String("zh")) ? QStringLiteral("zh_CN")
+                                                                                : QStringLiteral("en"));
+    HostLog::setLogFile(parser.value(stateDir) + QStringLiteral("/commmanager.log"));
+    HostLog::setStderrLevel(4);
+    // The in-process gateway this build runs on answers on any port.
+    HostConfig::setGatewayPort(parser.isSet(port) ? parser.value(port) : QStringLiteral("0"));
+    auto registry = ModuleRegistry::installDefault();
+    QUICore::setInteractive(!parser.isSet(screenshot));
+    if (qEnvironmentVariableIsEmpty("LM_MODULES_DIR"))
+        qputenv("LM_MODULES_DIR", QByteArray(COMM_MODULES_SOURCE_DIR));
+
+    CommManagerModule module;
+    if (const int rc = module.Init(QString(), QString())) {
+        std::fprintf(stderr, "commmanager: the communication module could not start (code 0x%X); see %s\n",
+                     unsigned(rc), qPrintable(HostLog::logFile()));
+        return 2;
+    }
+    QObject::connect(&module, &CommManagerModule::Sig_closeClicked, &app, &QCoreApplication::quit);
+    if (parser.isSet(screenshot))
+        screenshotWhenDrawn(module, parser.value(screenshot));
+    module.show();
+    const int rc = app.exec();
+    module.DeInit();
+    return rc;
+}

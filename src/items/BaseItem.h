@@ -82,6 +82,8 @@ public:
     virtual QString CurValue() const;
     // Writes the current value to the gateway; returns the gateway code.
     virtual int SetModuleParam();
+    // Reads the value from the gateway; returns the gateway code.
+    virtual int GwGetModuleParam();
 
 signals:
     void moduIDChanged();
@@ -94,6 +96,9 @@ signals:
     void messageBox(int nMsgBoxType, QString strMsg);
 
 private:
+    bool triggerMatched(const S_TriggersNodeInfo &trigger) const;
+    BaseItem *resolveTarget(S_SetterNodeInfo &setter) const;
+
     _S_Comm_BasicDefaultInfo_ m_info;
     uint m_moduID = 0;
     QString m_description;

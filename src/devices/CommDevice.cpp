@@ -1,0 +1,253 @@
+#include "CommDevice.h"
+
+#include "BaseItemProxy.h"
+#include "CommLog.h"
+#include "ErrorCodeText.h"
+#include "GwParamRecord.h"
+#include "RecvDataFormat.h"
+
+#include <QTimer>
+#include <new>
+
+namespace {
+constexpr int kRefreshIntervalMs = 300;
+constexpr int kMaxRecvEntries = 200;
+const QByteArray kConnectStateKey = QByteArrayLiteral("ConnectState");
+
+// A copy that shares no list storage with the original: the receive lists are
+// changed on gateway threads, and a shared list buffer would be detached inside
+// Qt, where ThreadSanitizer cannot see the reference count that orders it.
+QStringList detachedCopy(const QStringList &list)
+{
+    QStringList copy;
+    copy.reserve(list.size());
+    for (const QString &entry : list)
+        copy.append(entry);
+    return copy;
+}
+
+// Drops the oldest entry once the list holds the maximum, making room for one.
+void trimForAppend(QStringList &list)
+{
+    if (list.size() >= kMaxRecvEntries)
+        list.removeFirst();
+}
+} // namespace
+
+CommDevice::CommDevice(QObject *parent)
+    : QObject(parent)
+{
+}
+
+CommDevice::CommDevice(const QString &deviceType, QObject *parent)
+    : QObject(parent)
+    , m_deviceType(deviceType)
+{
+}
+
+CommDevice::~CommDevice() = default;
+
+int CommDevice::Init()
+{
+    m_timer = new (std::nothrow) QTimer(this);
+    if (!m_timer) {
+        COMM_LOG(CommLogInfo, "new QTimer failed");
+        return int(GW_ERR_NO_MEMORY);
+    }
+    m_timer->setInterval(kRefreshIntervalMs);
+    // The views re-read both lists on every tick; receiving itself is silent.
+    connect(m_timer, &QTimer::timeout, this, [this] {
+        emit recvDataListChanged();
+        emit recvHexDataListChanged();
+    });
+    m_timer->start();
+    return 0;
+}
+
+int CommDevice::deviceID() const
+{
+    return m_deviceID;
+}
+
+void CommDevice::setDeviceID(int id)
+{
+    m_deviceID = id;
+    for (BaseItemProxy *item : qAsConst(m_items))
+        if (item)
+            item->setDeviceID(id);
+    emit deviceIDChanged();
+}
+
+bool CommDevice::connectState() const
+{
+    return m_connectState;
+}
+
+void CommDevice::setConnectState(bool bConnectState)
+{
+    const bool old = m_connectState;
+    const int rc = GwSetConnectState(bConnectState);
+    // Re-announced either way, so a switch the user flipped follows the gateway.
+    updateConState(rc == 0 ? bConnectState : old);
+}
+
+QString CommDevice::deviceType() const
+{
+    return m_deviceType;
+}
+
+void CommDevice::setDeviceType(QString devType)
+{
+    m_deviceType = devType;
+    emit deviceTypeChanged();
+}
+
+QString CommDevice::deviceName() const
+{
+    return m_deviceName;
+}
+
+void CommDevice::setDeviceName(QString devName)
+{
+    m_deviceName = devName;
+    emit deviceNameChanged();
+}
+
+int CommDevice::GwGetConnectState()
+{
+    GwParamRecord record;
+    if (!record.isValid()) {
+        COMM_LOG(CommLogInfo, "new GW_PARAM_RECORD failed");
+        return int(GW_ERR_NO_MEMORY);
+    }
+    record.addEntry(kConnectStateKey);
+    const uint32_t rc = GW_PF_GetModuleParam(m_deviceID, record.data(), GW_MODULE_ADDRESS);
+    if (rc != GW_OK) {
+        COMM_LOG(CommLogInfo, "GW_PF_GetModuleParam failed, error=%x", rc);
+        return int(rc);
+    }
+    const QByteArray value = record.value(0);
+    const bool state = (value == "true" || value == "True");
+    COMM_LOG(CommLogDetail, "[%d]%s ConnectState=%s(%s)", m_deviceID, m_deviceType.toUtf8().constData(),
+             value.constData(), state ? "true" : "false");
+    updateConState(state);
+    setItemsEnable(state);
+    return 0;
+}
+
+int CommDevice::GwSetConnectState(bool value)
+{
+    GwParamRecord record;
+    if (!record.isValid()) {
+        COMM_LOG(CommLogInfo, "new GW_PARAM_RECORD failed");
+        return int(GW_ERR_NO_MEMORY);
+    }
+    record.addEntry(kConnectStateKey, value ? QByteArrayLiteral("true") : QByteArrayLiteral("false"));
+    const uint32_t rc = GW_PF_SetModuleParam(m_deviceID, record.data(), GW_MODULE_ADDRESS);
+    if (rc != GW_OK) {
+        COMM_LOG(CommLogInfo, "GwSetModuleParam failed, error=%x", rc);
+        bool untranslated = false;
+        emit messageBox(2, ERRORCODE_TR(int(rc), untranslated));
+    }
+    return int(rc);
+}
+
+void CommDevice::updateConState(bool state)
+{
+    m_connectState = state;
+    emit connectStateChanged();
+}
+
+void CommDevice::AddDeviceItem(BaseItemProxy *item)
+{
+    if (item)
+        m_items.append(item);
+}
+
+void CommDevice::setItemsEnable(bool enable)
+{
+    for (BaseItemProxy *item : qAsConst(m_items))
+        if (item)
+            item->setItemEnable(enable);
+}
+
+void CommDevice::setModuleParams()
+{
+    for (BaseItemProxy *item : qAsConst(m_items))
+        if (item)
+            item->setModuleParam();
+}
+
+void CommDevice::getModuleParams()
+{
+    for (BaseItemProxy *item : qAsConst(m_items))
+        if (item)
+            item->getModuleParam();
+}
+
+QStringList CommDevice::recvDataList() const
+{
+    std::lock_guard<std::mutex> lock(m_recvLock);
+    return detachedCopy(m_recvDataList);
+}
+
+QStringList CommDevice::recvHexDataList() const
+{
+    std::lock_guard<std::mutex> lock(m_recvLock);
+    return detachedCopy(m_recvHexDataList);
+}
+
+void CommDevice::setRecvDataList(const QStringList &list)
+{
+    {
+        std::lock_guard<std::mutex> lock(m_recvLock);
+        if (list == m_recvDataList)
+            return;
+        m_recvDataList = detachedCopy(list);
+    }
+    emit recvDataListChanged();
+}
+
+void CommDevice::setRecvHexDataList(const QStringList &list)
+{
+    {
+        std::lock_guard<std::mutex> lock(m_recvLock);
+        if (list == m_recvHexDataList)
+            return;
+        m_recvHexDataList = detachedCopy(list);
+    }
+    emit recvHexDataListChanged();
+}
+
+void CommDevice::clearRecvDatas()
+{
+    {
+        std::lock_guard<std::mutex> lock(m_recvLock);
+        m_recvDataList.clear();
+        m_recvHexDataList.clear();
+    }
+    emit recvDataListChanged();
+    emit recvHexDataListChanged();
+}
+
+// Runs on a gateway thread. Formatting happens outside the lock; the trim and
+// the append of both lists happen together under it, so entry i of one list is
+// always the other form of entry i of the other.
+void CommDevice::ProRecvResultData(int addressId, void *data, int length)
+{
+    if (!data || length <= 0)
+        return;
+    const char *bytes = static_cast<const char *>(data);
+    if (addressId != GW_MODULE_ADDRESS) {
+        emit deviceResultChanged(addressId, QByteArray(bytes, length));
+        return;
+    }
+    const QString stamp = RecvDataFormat::timeStamp();
+    const QString text = RecvDataFormat::entry(stamp, RecvDataFormat::printable(bytes, length));
+    const QString hex = RecvDataFormat::entry(stamp, RecvDataFormat::hex(bytes, length));
+    std::lock_guard<std::mutex> lock(m_recvLock);
+    trimForAppend(m_recvDataList);
+    trimForAppend(m_recvHexDataList);
+    m_recvDataList.append(text);
+    m_recvHexDataList.append(hex);
+}

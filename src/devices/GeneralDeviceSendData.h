@@ -1,0 +1,33 @@
+#pragma once
+// Model behind the send panel of ordinary devices: the text to send and
+// whether it is to be read as hexadecimal.
+
+#include <QObject>
+#include <QString>
+
+class GeneralDeviceSendData : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged FINAL)
+    Q_PROPERTY(bool hexEnable READ hexEnable WRITE setHexEnable NOTIFY hexEnableChanged FINAL)
+
+public:
+    explicit GeneralDeviceSendData(QObject *parent = nullptr);
+
+    Q_INVOKABLE QString text() const { return m_text; }
+    Q_INVOKABLE void setText(QString text); // stores only: the field already shows the text
+    Q_INVOKABLE bool hexEnable() const { return m_hexEnable; }
+    Q_INVOKABLE void setHexEnable(bool enable);
+
+    // "41 42 00 43" -> "AB": blanks removed, an odd last digit dropped, cut at
+    // the first zero byte; a null string when nothing decodes.
+    static QString hexToString(const QString &hex);
+
+signals:
+    void textChanged();
+    void hexEnableChanged();
+
+private:
+    QString m_text = QStringLiteral("TestData");
+    bool m_hexEnable = false;
+};

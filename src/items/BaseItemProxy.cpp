@@ -1,0 +1,97 @@
+#include "BaseItemProxy.h"
+
+#include <cstring>
+#include <tinyxml2.h>
+
+namespace {
+QString elementText(const tinyxml2::XMLElement *element)
+{
+    const char *text = element->GetText();
+    return text ? QString::fromUtf8(text) : QString();
+}
+
+bool named(const tinyxml2::XMLElement *element, const char *name)
+{
+    return std::strcmp(element->Name(), name) == 0;
+}
+} // namespace
+
+BaseItemProxy::BaseItemProxy(QObject *parent)
+    : QObject(parent)
+{
+}
+
+void BaseItemProxy::setQmlName(const QString &name)
+{
+    if (name == m_qmlName)
+        return;
+    m_qmlName = name;
+    emit qmlNameChanged();
+}
+
+void BaseItemProxy::setBaseData(BaseItem *data)
+{
+    m_data = data;
+    emit dataChanged();
+}
+
+void BaseItemProxy::setModuleParam()
+{
+    if (m_data)
+        m_data->SetModuleParam();
+}
+
+void BaseItemProxy::getModuleParam()
+{
+    if (m_data)
+        m_data->GwGetModuleParam();
+}
+
+void BaseItemProxy::setItemEnable(bool enable)
+{
+    if (m_data)
+        m_data->setSupportEnable(enable);
+}
+
+// "Property" names the condition, "Value" gives its expected text (starting as
+// "CurValue"); both store the pair, a later one replacing the earlier value.
+void BaseItemProxy::ParseTriggerElement(tinyxml2::XMLElement *element, S_TriggersNodeInfo &trigger)
+{
+    if (!element)
+        return;
+    QString property;
+    QString value = QStringLiteral("CurValue");
+    for (tinyxml2::XMLElement *child = element->FirstChildElement(); child; child = child->NextSiblingElement()) {
+        if (named(child, "Property")) {
+            property = elementText(child);
+            trigger.conditions.insert(property, value);
+        } else if (named(child, "Value")) {
+            value = elementText(child);
+            trigger.conditions.insert(property, value);
+        } else if (named(child, "Setters")) {
+            ParseSettersElement(child, trigger.setters);
+        }
+    }
+}
+
+// The three texts carry over from one "Setter" to the next: a field that a
+// later setter omits keeps the earlier one's text.
+void BaseItemProxy::ParseSettersElement(tinyxml2::XMLElement *element, QList<S_SetterNodeInfo> &setters)
+{
+    if (!element)
+        return;
+    S_SetterNodeInfo current;
+    for (tinyxml2::XMLElement *setter = element->FirstChildElement("Setter"); setter;
+         setter = setter->NextSiblingElement("Setter")) {
+        for (tinyxml2::XMLElement *child = setter->FirstChildElement(); child; child = child->NextSiblingElement()) {
+            if (named(child, "TargetName"))
+                current.targetName = elementText(child);
+            else if (named(child, "OperationName") || named(child, "PropertyName"))
+                current.operation = elementText(child);
+            else if (named(child, "OperationParams") || named(child, "Value"))
+                current.params = elementText(child);
+        }
+        current.target = nullptr;
+        setters.append(current);
+    }
+}

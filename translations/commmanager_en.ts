@@ -199,6 +199,10 @@
         <translation>Process Control</translation>
     </message>
     <message>
+        <source>InsightModule</source>
+        <translation>Insight Camera</translation>
+    </message>
+    <message>
         <source>Lang_AciiToHexTips</source>
         <translation>ASCII text is converted to hex</translation>
     </message>
@@ -251,6 +255,14 @@
         <translation>Assembled Output</translation>
     </message>
     <message>
+        <source>Lang_AutoReconnect</source>
+        <translation>Reconnect</translation>
+    </message>
+    <message>
+        <source>Lang_BaudRate</source>
+        <translation>Baud Rate</translation>
+    </message>
+    <message>
         <source>Lang_ByteCompare</source>
         <translation>Compare Bytes</translation>
     </message>
@@ -261,6 +273,26 @@
     <message>
         <source>Lang_ByteMatch</source>
         <translation>Byte Match</translation>
+    </message>
+    <message>
+        <source>Lang_CatFieldbus</source>
+        <translation>Fieldbus</translation>
+    </message>
+    <message>
+        <source>Lang_CatFrame</source>
+        <translation>Framing</translation>
+    </message>
+    <message>
+        <source>Lang_CatLocal</source>
+        <translation>This Host</translation>
+    </message>
+    <message>
+        <source>Lang_CatSerial</source>
+        <translation>Line Settings</translation>
+    </message>
+    <message>
+        <source>Lang_CatTarget</source>
+        <translation>Target</translation>
     </message>
     <message>
         <source>Lang_CharacterTrigger</source>
@@ -299,6 +331,10 @@
         <translation>Created</translation>
     </message>
     <message>
+        <source>Lang_DataBits</source>
+        <translation>Data Bits</translation>
+    </message>
+    <message>
         <source>Lang_DataSyn</source>
         <translation>Sync Data</translation>
     </message>
@@ -333,6 +369,10 @@
     <message>
         <source>Lang_DirctOutput</source>
         <translation>Direct Output</translation>
+    </message>
+    <message>
+        <source>Lang_EndChar</source>
+        <translation>End Characters</translation>
     </message>
     <message>
         <source>Lang_EventAssemblyOutput</source>
@@ -371,6 +411,34 @@
         <translation>Event Type</translation>
     </message>
     <message>
+        <source>Lang_FixedAddress</source>
+        <translation>Fixed Addresses</translation>
+    </message>
+    <message>
+        <source>Lang_FixedReadAddress</source>
+        <translation>Fixed Read Address</translation>
+    </message>
+    <message>
+        <source>Lang_FixedWriteAddress</source>
+        <translation>Fixed Write Address</translation>
+    </message>
+    <message>
+        <source>Lang_FlowControl</source>
+        <translation>Flow Control</translation>
+    </message>
+    <message>
+        <source>Lang_FlowHardware</source>
+        <translation>Hardware (RTS/CTS)</translation>
+    </message>
+    <message>
+        <source>Lang_FlowNone</source>
+        <translation>None</translation>
+    </message>
+    <message>
+        <source>Lang_FlowSoftware</source>
+        <translation>Software (XON/XOFF)</translation>
+    </message>
+    <message>
         <source>Lang_GWSDKInitFailed</source>
         <translation>Connecting to the gateway failed</translation>
     </message>
@@ -391,12 +459,32 @@
         <translation>Heartbeat Type</translation>
     </message>
     <message>
+        <source>Lang_Heartbeat</source>
+        <translation>Heartbeat (ms)</translation>
+    </message>
+    <message>
         <source>Lang_IOTrigger</source>
         <translation>IO Trigger</translation>
     </message>
     <message>
+        <source>Lang_InputAssembly</source>
+        <translation>Input Assembly</translation>
+    </message>
+    <message>
         <source>Lang_InputCfg</source>
         <translation>Input</translation>
+    </message>
+    <message>
+        <source>Lang_LocalIP</source>
+        <translation>Local IP</translation>
+    </message>
+    <message>
+        <source>Lang_LocalPort</source>
+        <translation>Local Port</translation>
+    </message>
+    <message>
+        <source>Lang_MaxConnections</source>
+        <translation>Max. Clients</translation>
     </message>
     <message>
         <source>Lang_Name</source>
@@ -439,6 +527,34 @@
         <translation>Operation</translation>
     </message>
     <message>
+        <source>Lang_OutputAssembly</source>
+        <translation>Output Assembly</translation>
+    </message>
+    <message>
+        <source>Lang_Parity</source>
+        <translation>Parity</translation>
+    </message>
+    <message>
+        <source>Lang_ParityEven</source>
+        <translation>Even</translation>
+    </message>
+    <message>
+        <source>Lang_ParityMark</source>
+        <translation>Mark</translation>
+    </message>
+    <message>
+        <source>Lang_ParityNone</source>
+        <translation>None</translation>
+    </message>
+    <message>
+        <source>Lang_ParityOdd</source>
+        <translation>Odd</translation>
+    </message>
+    <message>
+        <source>Lang_ParitySpace</source>
+        <translation>Space</translation>
+    </message>
+    <message>
         <source>Lang_ParseConfig</source>
         <translation>Parse Settings</translation>
     </message>
@@ -455,6 +571,10 @@
         <translation>The text to send is empty</translation>
     </message>
     <message>
+        <source>Lang_PortName</source>
+        <translation>Serial Port</translation>
+    </message>
+    <message>
         <source>Lang_ProfinetToolTip</source>
         <translation>Letters, digits, '-' and '.' only</translation>
     </message>
@@ -469,6 +589,14 @@
     <message>
         <source>Lang_QueryCommMgrFailed</source>
         <translation>Querying the communication module failed</translation>
+    </message>
+    <message>
+        <source>Lang_ReadAddresses</source>
+        <translation>Read Addresses</translation>
+    </message>
+    <message>
+        <source>Lang_ReconnectInterval</source>
+        <translation>Reconnect (ms)</translation>
     </message>
     <message>
         <source>Lang_RecvEvents</source>
@@ -555,12 +683,28 @@
         <translation>Start-End</translation>
     </message>
     <message>
+        <source>Lang_StationName</source>
+        <translation>Station Name</translation>
+    </message>
+    <message>
+        <source>Lang_StopBits</source>
+        <translation>Stop Bits</translation>
+    </message>
+    <message>
         <source>Lang_StringCompare</source>
         <translation>Compare Text</translation>
     </message>
     <message>
         <source>Lang_StringLength</source>
         <translation>Text Length</translation>
+    </message>
+    <message>
+        <source>Lang_TargetIP</source>
+        <translation>Target IP</translation>
+    </message>
+    <message>
+        <source>Lang_TargetPort</source>
+        <translation>Target Port</translation>
     </message>
     <message>
         <source>Lang_TimeInterval</source>
@@ -581,6 +725,10 @@
     <message>
         <source>Lang_TypeExplain</source>
         <translation>Values separated by ';'</translation>
+    </message>
+    <message>
+        <source>Lang_WriteAddresses</source>
+        <translation>Write Addresses</translation>
     </message>
     <message>
         <source>Lang_queDelAddress</source>

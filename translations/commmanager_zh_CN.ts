@@ -199,6 +199,10 @@
         <translation>流程控制</translation>
     </message>
     <message>
+        <source>InsightModule</source>
+        <translation>Insight相机</translation>
+    </message>
+    <message>
         <source>Lang_AciiToHexTips</source>
         <translation>ASCII将转换为十六进制</translation>
     </message>
@@ -251,6 +255,14 @@
         <translation>组装输出</translation>
     </message>
     <message>
+        <source>Lang_AutoReconnect</source>
+        <translation>自动重连</translation>
+    </message>
+    <message>
+        <source>Lang_BaudRate</source>
+        <translation>波特率</translation>
+    </message>
+    <message>
         <source>Lang_ByteCompare</source>
         <translation>字节比较</translation>
     </message>
@@ -261,6 +273,26 @@
     <message>
         <source>Lang_ByteMatch</source>
         <translation>字节匹配</translation>
+    </message>
+    <message>
+        <source>Lang_CatFieldbus</source>
+        <translation>现场总线</translation>
+    </message>
+    <message>
+        <source>Lang_CatFrame</source>
+        <translation>帧格式</translation>
+    </message>
+    <message>
+        <source>Lang_CatLocal</source>
+        <translation>本机</translation>
+    </message>
+    <message>
+        <source>Lang_CatSerial</source>
+        <translation>串口参数</translation>
+    </message>
+    <message>
+        <source>Lang_CatTarget</source>
+        <translation>目标设备</translation>
     </message>
     <message>
         <source>Lang_CharacterTrigger</source>
@@ -299,6 +331,10 @@
         <translation>已创建</translation>
     </message>
     <message>
+        <source>Lang_DataBits</source>
+        <translation>数据位</translation>
+    </message>
+    <message>
         <source>Lang_DataSyn</source>
         <translation>数据同步</translation>
     </message>
@@ -333,6 +369,10 @@
     <message>
         <source>Lang_DirctOutput</source>
         <translation>直接输出</translation>
+    </message>
+    <message>
+        <source>Lang_EndChar</source>
+        <translation>结束符</translation>
     </message>
     <message>
         <source>Lang_EventAssemblyOutput</source>
@@ -371,6 +411,34 @@
         <translation>事件类型</translation>
     </message>
     <message>
+        <source>Lang_FixedAddress</source>
+        <translation>固定地址</translation>
+    </message>
+    <message>
+        <source>Lang_FixedReadAddress</source>
+        <translation>固定读地址</translation>
+    </message>
+    <message>
+        <source>Lang_FixedWriteAddress</source>
+        <translation>固定写地址</translation>
+    </message>
+    <message>
+        <source>Lang_FlowControl</source>
+        <translation>流控制</translation>
+    </message>
+    <message>
+        <source>Lang_FlowHardware</source>
+        <translation>硬件(RTS/CTS)</translation>
+    </message>
+    <message>
+        <source>Lang_FlowNone</source>
+        <translation>无</translation>
+    </message>
+    <message>
+        <source>Lang_FlowSoftware</source>
+        <translation>软件(XON/XOFF)</translation>
+    </message>
+    <message>
         <source>Lang_GWSDKInitFailed</source>
         <translation>网关初始化失败</translation>
     </message>
@@ -391,12 +459,32 @@
         <translation>心跳类型</translation>
     </message>
     <message>
+        <source>Lang_Heartbeat</source>
+        <translation>心跳(ms)</translation>
+    </message>
+    <message>
         <source>Lang_IOTrigger</source>
         <translation>IO触发</translation>
     </message>
     <message>
+        <source>Lang_InputAssembly</source>
+        <translation>输入组件</translation>
+    </message>
+    <message>
         <source>Lang_InputCfg</source>
         <translation>输入配置</translation>
+    </message>
+    <message>
+        <source>Lang_LocalIP</source>
+        <translation>本机IP</translation>
+    </message>
+    <message>
+        <source>Lang_LocalPort</source>
+        <translation>本机端口</translation>
+    </message>
+    <message>
+        <source>Lang_MaxConnections</source>
+        <translation>最大连接数</translation>
     </message>
     <message>
         <source>Lang_Name</source>
@@ -439,6 +527,34 @@
         <translation>操作</translation>
     </message>
     <message>
+        <source>Lang_OutputAssembly</source>
+        <translation>输出组件</translation>
+    </message>
+    <message>
+        <source>Lang_Parity</source>
+        <translation>校验位</translation>
+    </message>
+    <message>
+        <source>Lang_ParityEven</source>
+        <translation>偶校验</translation>
+    </message>
+    <message>
+        <source>Lang_ParityMark</source>
+        <translation>标记校验</translation>
+    </message>
+    <message>
+        <source>Lang_ParityNone</source>
+        <translation>无</translation>
+    </message>
+    <message>
+        <source>Lang_ParityOdd</source>
+        <translation>奇校验</translation>
+    </message>
+    <message>
+        <source>Lang_ParitySpace</source>
+        <translation>空格校验</translation>
+    </message>
+    <message>
         <source>Lang_ParseConfig</source>
         <translation>解析配置</translation>
     </message>
@@ -455,6 +571,10 @@
         <translation>发送内容不能为空</translation>
     </message>
     <message>
+        <source>Lang_PortName</source>
+        <translation>串口号</translation>
+    </message>
+    <message>
         <source>Lang_ProfinetToolTip</source>
         <translation>仅支持字母、数字、“-”和“.”</translation>
     </message>
@@ -469,6 +589,14 @@
     <message>
         <source>Lang_QueryCommMgrFailed</source>
         <translation>查询通信管理模块失败</translation>
+    </message>
+    <message>
+        <source>Lang_ReadAddresses</source>
+        <translation>读地址</translation>
+    </message>
+    <message>
+        <source>Lang_ReconnectInterval</source>
+        <translation>重连间隔(ms)</translation>
     </message>
     <message>
         <source>Lang_RecvEvents</source>
@@ -555,12 +683,28 @@
         <translation>起止</translation>
     </message>
     <message>
+        <source>Lang_StationName</source>
+        <translation>站名</translation>
+    </message>
+    <message>
+        <source>Lang_StopBits</source>
+        <translation>停止位</translation>
+    </message>
+    <message>
         <source>Lang_StringCompare</source>
         <translation>字符串比较</translation>
     </message>
     <message>
         <source>Lang_StringLength</source>
         <translation>字符串长度</translation>
+    </message>
+    <message>
+        <source>Lang_TargetIP</source>
+        <translation>目标IP</translation>
+    </message>
+    <message>
+        <source>Lang_TargetPort</source>
+        <translation>目标端口</translation>
     </message>
     <message>
         <source>Lang_TimeInterval</source>
@@ -581,6 +725,10 @@
     <message>
         <source>Lang_TypeExplain</source>
         <translation>多个数值以“;”分隔</translation>
+    </message>
+    <message>
+        <source>Lang_WriteAddresses</source>
+        <translation>写地址</translation>
     </message>
     <message>
         <source>Lang_queDelAddress</source>

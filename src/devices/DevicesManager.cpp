@@ -8,6 +8,8 @@
 
 DevicesManager::DevicesManager()
 {
+    qRegisterMetaType<QVector<BaseItemProxy *>>("QVector<BaseItemProxy*>");
+    InitDeviceItemInfoXML();
     connect(CEventDispatcher::Instance(), &CEventDispatcher::EventTriggered, this, &DevicesManager::HandleGWEvent,
             Qt::QueuedConnection);
 }
@@ -21,6 +23,42 @@ DevicesManager *DevicesManager::Instance()
 void DevicesManager::LoadDevices()
 {
     COMM_LOG(CommLogInfo, "LoadDevices enter");
+}
+
+void DevicesManager::InitDeviceItemInfoXML()
+{
+    m_deviceTypes.append(m_builder.InitDeviceItemInfoXML());
+}
+
+void DevicesManager::CheckCommOrControlDevice(tinyxml2::XMLElement *element, QStringList &types)
+{
+    DeviceItemBuilder::CheckCommOrControlDevice(element, types);
+}
+
+bool DevicesManager::loadAlgorithmTabXML(QString strDeviceType)
+{
+    return m_builder.loadAlgorithmTabXML(strDeviceType);
+}
+
+void DevicesManager::ProcessItemsCallback(void *element, QString typeName)
+{
+    m_builder.ProcessItemsCallback(element, typeName);
+}
+
+void DevicesManager::CreateControlItems(tinyxml2::XMLElement *element, QString typeName, QString name)
+{
+    m_builder.CreateControlItems(element, typeName, name);
+}
+
+QVector<BaseItemProxy *> DevicesManager::itemList(QString strDeviceName)
+{
+    return m_builder.itemList(strDeviceName);
+}
+
+// The device list arrives with device loading; until then no device has items.
+QVector<BaseItemProxy *> DevicesManager::getCurrentDeviceItems(int)
+{
+    return {};
 }
 
 QString DevicesManager::qsLMTr(QString str)

@@ -3,12 +3,21 @@
 // and the module's translation helpers. Exposed to QML as the singleton
 // "DevicesManager".
 
+#include "BaseItemProxy.h"
+#include "DeviceItemBuilder.h"
 #include "GwPlatform.h"
 
 #include <QObject>
 #include <QSharedPointer>
 #include <QString>
 #include <QStringList>
+#include <QVector>
+
+class CommDevice;
+
+namespace tinyxml2 {
+class XMLElement;
+}
 
 class DevicesManager : public QObject
 {
@@ -20,6 +29,17 @@ public:
 
     // Rebuilds the device list from the gateway.
     void LoadDevices();
+
+    // Item descriptions: the offered device types and the pending device built
+    // from a type's description before it is added to the gateway.
+    void InitDeviceItemInfoXML();
+    static void CheckCommOrControlDevice(tinyxml2::XMLElement *element, QStringList &types);
+    Q_INVOKABLE bool loadAlgorithmTabXML(QString strDeviceType);
+    void ProcessItemsCallback(void *element, QString typeName);
+    void CreateControlItems(tinyxml2::XMLElement *element, QString typeName, QString name);
+    Q_INVOKABLE QVector<BaseItemProxy *> itemList(QString strDeviceName);
+    Q_INVOKABLE QVector<BaseItemProxy *> getCurrentDeviceItems(int nDeviceID);
+    CommDevice *pendingDevice() const { return m_builder.pendingDevice(); }
 
     Q_INVOKABLE QString qsLMTr(QString str);
     Q_INVOKABLE QString qsErrTr(int nCode);
@@ -36,5 +56,6 @@ public slots:
 
 private:
     DevicesManager();
+    DeviceItemBuilder m_builder{this};
     QStringList m_deviceTypes;
 };

@@ -1,6 +1,9 @@
 #include "BaseItem.h"
 
 #include "CommDevice.h"
+#include "CommLog.h"
+#include "ErrorCodeText.h"
+#include "GwParamRecord.h"
 #include "LanguageHelper.h"
 
 namespace {
@@ -114,6 +117,44 @@ int BaseItem::SetModuleParam()
 int BaseItem::GwGetModuleParam()
 {
     return 0;
+}
+
+int BaseItem::gwReadParam(QByteArray &value)
+{
+    GwParamRecord record;
+    if (!record.isValid())
+        return int(GW_ERR_NO_MEMORY);
+    record.addEntry(objectName().toUtf8());
+    const CommDevice *owner = device();
+    const int moduleId = owner ? owner->deviceID() : int(m_moduID);
+    const uint32_t rc = GW_PF_GetModuleParam(moduleId, record.data(), GW_MODULE_ADDRESS);
+    if (rc != GW_OK) {
+        COMM_LOG(CommLogInfo, "GW_PF_GetModuleParam failed, error=%x", rc);
+        return int(rc);
+    }
+    value = record.value(0);
+    return 0;
+}
+
+bool BaseItem::accepted(int rc, bool pendingIsSuccess)
+{
+    return rc == 0 || (pendingIsSuccess && quint32(rc) == GW_ERR_PENDING_REOPEN);
+}
+
+int BaseItem::gwWriteParam(const QByteArray &value, bool pendingIsSuccess)
+{
+    GwParamRecord record;
+    if (!record.isValid())
+        return int(GW_ERR_NO_MEMORY);
+    record.addEntry(objectName().toUtf8(), value);
+    const uint32_t rc = GW_PF_SetModuleParam(int(m_moduID), record.data(), GW_MODULE_ADDRESS);
+    if (!accepted(int(rc), pendingIsSuccess)) {
+        COMM_LOG(CommLogInfo, "GW_PF_SetModuleParam failed, [%s=%s] error=%x", objectName().toUtf8().constData(),
+                 value.constData(), rc);
+        bool untranslated = false;
+        emit messageBox(2, ERRORCODE_TR(int(rc), untranslated));
+    }
+    return int(rc);
 }
 
 // With the any-match flag clear only the first condition counts; with it set,

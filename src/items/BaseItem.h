@@ -95,6 +95,15 @@ signals:
     // A translated message for the operator (type 2 = error).
     void messageBox(int nMsgBoxType, QString strMsg);
 
+protected:
+    // One-entry gateway record keyed by the item's name: read with the owning
+    // device's id, written with the item's own moduID. Failures are logged and
+    // returned; a failed write also shows the translated error to the operator.
+    int gwReadParam(QByteArray &value);
+    // pendingIsSuccess: 0xE000010C ("takes effect when next opened") counts as accepted.
+    int gwWriteParam(const QByteArray &value, bool pendingIsSuccess = true);
+    static bool accepted(int rc, bool pendingIsSuccess = true);
+
 private:
     bool triggerMatched(const S_TriggersNodeInfo &trigger) const;
     BaseItem *resolveTarget(S_SetterNodeInfo &setter) const;

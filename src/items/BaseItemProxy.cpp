@@ -16,6 +16,55 @@ bool named(const tinyxml2::XMLElement *element, const char *name)
 }
 } // namespace
 
+bool BaseItemProxy::xmlBool(const char *text)
+{
+    return text && (std::strcmp(text, "True") == 0 || std::strcmp(text, "true") == 0);
+}
+
+int BaseItemProxy::xmlInt(const tinyxml2::XMLElement *element)
+{
+    return element ? element->IntText(0) : 0;
+}
+
+QString BaseItemProxy::xmlText(const tinyxml2::XMLElement *element)
+{
+    return element ? elementText(element) : QString();
+}
+
+bool BaseItemProxy::isNamed(const tinyxml2::XMLElement *element, const char *name)
+{
+    return element && named(element, name);
+}
+
+bool BaseItemProxy::readItemElement(tinyxml2::XMLElement *element, _S_Comm_BasicDefaultInfo_ &info,
+                                    const std::function<void(tinyxml2::XMLElement *)> &perChild,
+                                    bool readSupportChangeEnable) const
+{
+    if (!element || !parent())
+        return false;
+    info.itemKind = 2;
+    info.typeName = QString::fromUtf8(element->Name());
+    const char *name = element->Attribute("Name");
+    info.name = name ? QString::fromUtf8(name) : QString();
+    if (const char *generate = element->Attribute("IsGenerate"))
+        info.generate = xmlBool(generate);
+    for (tinyxml2::XMLElement *child = element->FirstChildElement(); child; child = child->NextSiblingElement()) {
+        if (named(child, "DisplayName"))
+            info.displayName = elementText(child);
+        else if (named(child, "Description"))
+            info.description = elementText(child);
+        else if (named(child, "AccessMode"))
+            info.accessMode = elementText(child);
+        else if (named(child, "CustomVisible"))
+            info.customVisible = xmlBool(child->GetText());
+        else if (readSupportChangeEnable && named(child, "SupportChangeEnable"))
+            info.supportChangeEnable = xmlBool(child->GetText());
+        else if (perChild)
+            perChild(child);
+    }
+    return true;
+}
+
 BaseItemProxy::BaseItemProxy(QObject *parent)
     : QObject(parent)
 {

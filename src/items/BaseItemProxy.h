@@ -8,6 +8,7 @@
 
 #include <QObject>
 #include <QString>
+#include <functional>
 
 namespace tinyxml2 {
 class XMLElement;
@@ -45,6 +46,20 @@ signals:
 
 protected:
     void setBaseData(BaseItem *data);
+
+    // Reads an item element's attributes and common children into info and hands
+    // every other child to perChild. False (nothing read) when the element is
+    // null or the proxy has no device to build the data model for.
+    bool readItemElement(tinyxml2::XMLElement *element, _S_Comm_BasicDefaultInfo_ &info,
+                         const std::function<void(tinyxml2::XMLElement *)> &perChild = {},
+                         bool readSupportChangeEnable = true) const;
+
+    // XML values: booleans are true only for "True" and "true"; integers are 0
+    // where the text is not one.
+    static bool xmlBool(const char *text);
+    static int xmlInt(const tinyxml2::XMLElement *element);
+    static QString xmlText(const tinyxml2::XMLElement *element);
+    static bool isNamed(const tinyxml2::XMLElement *element, const char *name);
 
 private:
     QString m_qmlName;

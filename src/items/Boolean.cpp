@@ -1,0 +1,59 @@
+#include "Boolean.h"
+
+#include "GwXMLNodeItemFactory.h"
+#include "ItemQmlRegistration.h"
+
+#include <new>
+#include <tinyxml2.h>
+
+namespace CommunicationControl {
+
+QObject *gwObjectCreatorBoolean(QObject *parent)
+{
+    return new (std::nothrow) Boolean(parent);
+}
+
+namespace {
+GwNodeItemRegistration g_gwCreatorRegisterBoolean("Boolean", gwObjectCreatorBoolean);
+} // namespace
+
+Boolean::Boolean(QObject *parent)
+    : BaseItemProxy(parent)
+{
+    setQmlName(QStringLiteral("Boolean.qml"));
+    registerItemDataType<BooleanData>("lm.cpp.Boolean", "BooleanData");
+}
+
+void Boolean::setDeviceID(int id)
+{
+    if (m_data)
+        m_data->setModuID(uint(id));
+}
+
+void Boolean::CreateControl(tinyxml2::XMLElement *element)
+{
+    _S_Comm_BasicDefaultInfo_ info;
+    bool current = false;
+    QList<S_TriggersNodeInfo> triggers;
+    const bool read = readItemElement(element, info, [&](tinyxml2::XMLElement *child) {
+        if (isNamed(child, "CurValue")) {
+            current = xmlBool(child->GetText());
+        } else if (isNamed(child, "Triggers")) {
+            for (auto *t = child->FirstChildElement("Trigger"); t; t = t->NextSiblingElement("Trigger")) {
+                S_TriggersNodeInfo trigger;
+                ParseTriggerElement(t, trigger);
+                triggers.append(trigger);
+            }
+        }
+    });
+    if (!read)
+        return;
+    m_data = new (std::nothrow) BooleanData(info, parent());
+    if (!m_data)
+        return;
+    setBaseData(m_data);
+    m_data->SetTriggers(triggers);
+    m_data->updateCurValue(current);
+}
+
+} // namespace CommunicationControl

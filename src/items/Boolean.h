@@ -1,0 +1,27 @@
+#pragma once
+
+#include "BaseItemProxy.h"
+#include "BooleanData.h"
+
+namespace CommunicationControl {
+
+// Proxy of a "Boolean" item: reads its element and owns its BooleanData.
+class Boolean : public BaseItemProxy
+{
+    Q_OBJECT
+    Q_PROPERTY(CommunicationControl::BooleanData *data READ data NOTIFY dataChanged)
+
+public:
+    explicit Boolean(QObject *parent);
+
+    BooleanData *data() const { return m_data; }
+    void CreateControl(tinyxml2::XMLElement *element) override;
+
+public slots:
+    void setDeviceID(int id) override;
+
+private:
+    BooleanData *m_data = nullptr;
+};
+
+} // namespace CommunicationControl

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "BaseItemProxy.h"
+#include "CategoryData.h"
+
+namespace CommunicationControl {
+
+// Proxy of a "Category" item: reads its element and owns its CategoryData.
+class Category : public BaseItemProxy
+{
+    Q_OBJECT
+    Q_PROPERTY(CommunicationControl::CategoryData *data READ data NOTIFY dataChanged)
+
+public:
+    explicit Category(QObject *parent);
+
+    CategoryData *data() const { return m_data; }
+    void CreateControl(tinyxml2::XMLElement *element) override;
+
+public slots:
+    void setDeviceID(int id) override;
+
+private:
+    CategoryData *m_data = nullptr;
+};
+
+} // namespace CommunicationControl

@@ -1,0 +1,87 @@
+#include "EnumerationData.h"
+
+#include "ErrorCodeText.h"
+#include "GwPlatform.h"
+
+namespace CommunicationControl {
+
+EnumerationData::EnumerationData(const _S_Comm_BasicDefaultInfo_ &info, QObject *parent)
+    : BaseItem(info, parent)
+{
+}
+
+// The list shows each entry's translated display name (its name when it has none).
+void EnumerationData::setEntries(const QList<_S_EnumeraInfo_> &entries)
+{
+    m_entries = entries;
+    QStringList shown;
+    for (const _S_EnumeraInfo_ &entry : entries)
+        shown.append(lumoraTr(entry.displayName.isEmpty() ? entry.name : entry.displayName));
+    setEnums(shown);
+}
+
+int EnumerationData::indexOfValue(int value) const
+{
+    for (int i = 0; i < m_entries.size(); ++i)
+        if (m_entries.at(i).value == value)
+            return i;
+    return -1;
+}
+
+void EnumerationData::setEnums(QStringList enums)
+{
+    m_enums = enums;
+    emit enumsChanged();
+}
+
+void EnumerationData::updateCurIndex(int index)
+{
+    m_curIndex = index;
+    emit curIndexChanged();
+    TriggerAssociatedEvents();
+}
+
+// Module id 0 (a device not yet in the gateway) takes any index; otherwise a
+// refused write keeps the old one. The view is told the index either way.
+void EnumerationData::setCurIndex(int index)
+{
+    int result = index;
+    if (moduID() != 0 && SetModuleParam(index) != 0)
+        result = m_curIndex;
+    updateCurIndex(result);
+}
+
+void EnumerationData::setMessageTip(bool show, QString &tip)
+{
+    m_hasMessageTip = show;
+    m_messageTip = tip;
+}
+
+QString EnumerationData::CurValue() const
+{
+    if (m_curIndex < 0 || m_curIndex >= m_entries.size())
+        return QString();
+    return QString::number(m_entries.at(m_curIndex).value);
+}
+
+int EnumerationData::GwGetModuleParam()
+{
+    QByteArray value;
+    const int rc = gwReadParam(value);
+    if (rc != 0)
+        return rc;
+    bool ok = false;
+    const int index = indexOfValue(value.toInt(&ok));
+    if (ok && index >= 0)
+        updateCurIndex(index);
+    return rc;
+}
+
+int EnumerationData::SetModuleParam(int index)
+{
+    if (index < 0 || index >= m_entries.size())
+        return int(GW_ERR_INVALID_ARGUMENT);
+    return gwWriteParam(QByteArray::number(m_entries.at(index).value), false);
+}
+
+} // namespace CommunicationControl

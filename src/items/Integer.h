@@ -1,0 +1,27 @@
+#pragma once
+
+#include "BaseItemProxy.h"
+#include "IntegerData.h"
+
+namespace CommunicationControl {
+
+// Proxy of a "Integer" item: reads its element and owns its IntegerData.
+class Integer : public BaseItemProxy
+{
+    Q_OBJECT
+    Q_PROPERTY(CommunicationControl::IntegerData *data READ data NOTIFY dataChanged)
+
+public:
+    explicit Integer(QObject *parent);
+
+    IntegerData *data() const { return m_data; }
+    void CreateControl(tinyxml2::XMLElement *element) override;
+
+public slots:
+    void setDeviceID(int id) override;
+
+private:
+    IntegerData *m_data = nullptr;
+};
+
+} // namespace CommunicationControl

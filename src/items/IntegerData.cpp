@@ -1,0 +1,104 @@
+#include "IntegerData.h"
+
+#include "CommDevice.h"
+#include "CommLog.h"
+#include "ErrorCodeText.h"
+#include "GwPlatform.h"
+
+#include <cstdlib>
+#include <memory>
+#include <new>
+
+namespace CommunicationControl {
+
+namespace {
+constexpr char kReservedPortTip[] = "Reserved_Port_Tip";
+constexpr int kFirstPortBufferSize = 1024;
+} // namespace
+
+IntegerData::IntegerData(const _S_Comm_BasicDefaultInfo_ &info, QObject *parent)
+    : BaseItem(info, parent)
+{
+}
+
+void IntegerData::updateCurValue(int value)
+{
+    m_currentValue = value;
+    emit currentValueChanged();
+}
+
+// A device not yet created in the gateway (id < 1) takes the value at once;
+// otherwise the gateway decides and a refusal puts the old value back.
+void IntegerData::setCurrentValue(int value)
+{
+    const CommDevice *owner = device();
+    Q_ASSERT(owner);
+    if (!owner || owner->deviceID() < 1) {
+        updateCurValue(value);
+        return;
+    }
+    const int old = m_currentValue;
+    const int rc = GwSetModuleParam(value);
+    updateCurValue(accepted(rc) ? value : old);
+}
+
+void IntegerData::setMinValue(int value)
+{
+    m_minValue = value;
+    emit minValueChanged();
+}
+
+void IntegerData::setMaxValue(int value)
+{
+    m_maxValue = value;
+    emit maxValueChanged();
+}
+
+void IntegerData::setStepValue(int value)
+{
+    m_stepValue = value;
+    emit stepValueChanged();
+}
+
+int IntegerData::GwGetModuleParam()
+{
+    QByteArray value;
+    const int rc = gwReadParam(value);
+    if (rc == 0)
+        updateCurValue(int(std::strtol(value.constData(), nullptr, 10)));
+    return rc;
+}
+
+int IntegerData::GwSetModuleParam(int value)
+{
+    return gwWriteParam(QByteArray::number(value));
+}
+
+void IntegerData::setMessageTip(bool show, QString &tip)
+{
+    m_hasMessageTip = show;
+    m_messageTip = tip == QLatin1String(kReservedPortTip) ? reservedPortsTip() : tip;
+}
+
+// "Ports in use: 8000,8001" from the gateway; its own failure text otherwise.
+QString IntegerData::reservedPortsTip()
+{
+    int size = kFirstPortBufferSize;
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        std::unique_ptr<char[]> buffer(new (std::nothrow) char[size_t(size) + 1]());
+        if (!buffer)
+            break;
+        int needed = 0;
+        const uint32_t rc = GW_PF_GetReservedPorts(buffer.get(), size, &needed);
+        if (rc == GW_OK)
+            return lumoraTr(QStringLiteral("Lang_ReservedPorts")) + QString::fromUtf8(buffer.get());
+        if (rc != GW_ERR_BUFFER_TOO_SMALL || needed <= size) {
+            COMM_LOG(CommLogInfo, "GW_PF_GetReservedPorts failed, error=%x", rc);
+            break;
+        }
+        size = needed;
+    }
+    return lumoraTr(QStringLiteral("Lang_GetReservedPorts_Failed"));
+}
+
+} // namespace CommunicationControl

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "BaseItemProxy.h"
+#include "ReadOnlyTextData.h"
+
+namespace CommunicationControl {
+
+// Proxy of a "ReadOnlyText" item: reads its element and owns its ReadOnlyTextData.
+class ReadOnlyText : public BaseItemProxy
+{
+    Q_OBJECT
+    Q_PROPERTY(CommunicationControl::ReadOnlyTextData *data READ data NOTIFY dataChanged)
+
+public:
+    explicit ReadOnlyText(QObject *parent);
+
+    ReadOnlyTextData *data() const { return m_data; }
+    void CreateControl(tinyxml2::XMLElement *element) override;
+
+public slots:
+    void setDeviceID(int id) override;
+
+private:
+    ReadOnlyTextData *m_data = nullptr;
+};
+
+} // namespace CommunicationControl

@@ -123,6 +123,19 @@ void BaseItemProxy::ParseTriggerElement(tinyxml2::XMLElement *element, S_Trigger
     }
 }
 
+QList<S_TriggersNodeInfo> BaseItemProxy::ParseTriggersElement(tinyxml2::XMLElement *triggers)
+{
+    QList<S_TriggersNodeInfo> list;
+    if (!triggers)
+        return list;
+    for (auto *t = triggers->FirstChildElement("Trigger"); t; t = t->NextSiblingElement("Trigger")) {
+        S_TriggersNodeInfo trigger;
+        ParseTriggerElement(t, trigger);
+        list.append(trigger);
+    }
+    return list;
+}
+
 // The three texts carry over from one "Setter" to the next: a field that a
 // later setter omits keeps the earlier one's text.
 void BaseItemProxy::ParseSettersElement(tinyxml2::XMLElement *element, QList<S_SetterNodeInfo> &setters)

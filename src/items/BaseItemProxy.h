@@ -33,6 +33,8 @@ public:
 
     static void ParseTriggerElement(tinyxml2::XMLElement *element, S_TriggersNodeInfo &trigger);
     static void ParseSettersElement(tinyxml2::XMLElement *element, QList<S_SetterNodeInfo> &setters);
+    // Every "Trigger" of a "Triggers" element, in order.
+    static QList<S_TriggersNodeInfo> ParseTriggersElement(tinyxml2::XMLElement *triggers);
 
 public slots:
     virtual void setDeviceID(int id) = 0;

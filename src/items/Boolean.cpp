@@ -39,11 +39,7 @@ void Boolean::CreateControl(tinyxml2::XMLElement *element)
         if (isNamed(child, "CurValue")) {
             current = xmlBool(child->GetText());
         } else if (isNamed(child, "Triggers")) {
-            for (auto *t = child->FirstChildElement("Trigger"); t; t = t->NextSiblingElement("Trigger")) {
-                S_TriggersNodeInfo trigger;
-                ParseTriggerElement(t, trigger);
-                triggers.append(trigger);
-            }
+            triggers = ParseTriggersElement(child);
         }
     });
     if (!read)

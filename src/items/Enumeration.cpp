@@ -52,11 +52,7 @@ void Enumeration::CreateControl(tinyxml2::XMLElement *element)
         else if (isNamed(child, "EnumEntrys"))
             entries = readEntries(child);
         else if (isNamed(child, "Triggers")) {
-            for (auto *t = child->FirstChildElement("Trigger"); t; t = t->NextSiblingElement("Trigger")) {
-                S_TriggersNodeInfo trigger;
-                ParseTriggerElement(t, trigger);
-                triggers.append(trigger);
-            }
+            triggers = ParseTriggersElement(child);
         }
     });
     if (!read)

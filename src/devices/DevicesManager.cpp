@@ -4,14 +4,47 @@
 #include "CommLog.h"
 #include "ErrorCodeText.h"
 
+#include <QQmlEngine>
+#include <QUuid>
 #include <cstring>
+#include <memory>
+#include <new>
+
+namespace {
+constexpr int kMaxModules = 256;
+
+using Lock = std::lock_guard<std::mutex>;
+
+QString fieldText(const char *field, int size)
+{
+    return QString::fromUtf8(field, int(strnlen(field, size_t(size))));
+}
+
+bool isStreamType(const QString &type)
+{
+    static const QStringList streams = {QStringLiteral("TcpClientModule"), QStringLiteral("TcpServerModule"),
+                                        QStringLiteral("InsightModule"), QStringLiteral("UdpModule"),
+                                        QStringLiteral("SerialModule")};
+    return streams.contains(type);
+}
+} // namespace
 
 DevicesManager::DevicesManager()
 {
+    qRegisterMetaType<CommDevice *>("CommDevice*");
     qRegisterMetaType<QVector<BaseItemProxy *>>("QVector<BaseItemProxy*>");
+    qmlRegisterType<CommDevice>("lm.cpp.CommDevice", 1, 0, "CommDevice");
     InitDeviceItemInfoXML();
     connect(CEventDispatcher::Instance(), &CEventDispatcher::EventTriggered, this, &DevicesManager::HandleGWEvent,
             Qt::QueuedConnection);
+}
+
+DevicesManager::~DevicesManager()
+{
+    // Devices are children of the manager and go with it; the list must not
+    // point at them while they do.
+    Lock lock(m_listMutex);
+    m_devices.clear();
 }
 
 DevicesManager *DevicesManager::Instance()
@@ -20,9 +53,68 @@ DevicesManager *DevicesManager::Instance()
     return &manager;
 }
 
+CommDevice *DevicesManager::findLocked(int id) const
+{
+    for (CommDevice *device : m_devices)
+        if (device && device->deviceID() == id)
+            return device;
+    return nullptr;
+}
+
 void DevicesManager::LoadDevices()
 {
     COMM_LOG(CommLogInfo, "LoadDevices enter");
+    QList<CommDevice *> old;
+    {
+        Lock lock(m_listMutex);
+        old.swap(m_devices);
+    }
+    for (CommDevice *device : qAsConst(old))
+        device->deleteLater();
+    m_builder.destroyPendingDevice();
+
+    std::unique_ptr<GW_MODULE_INFO[]> records(new (std::nothrow) GW_MODULE_INFO[kMaxModules]());
+    if (!records) {
+        COMM_LOG(CommLogInfo, "new GW_MODULE_INFO[256] failed");
+        emit commDeviceListChanged();
+        return;
+    }
+    int count = 0;
+    const uint32_t rc = GW_PF_GetAllModules(records.get(), kMaxModules, &count);
+    if (rc != GW_OK) {
+        COMM_LOG(CommLogInfo, "GW_PF_GetAllModules failed, error=%x", rc);
+        emit commDeviceListChanged();
+        return;
+    }
+    for (int i = 0; i < qBound(0, count, kMaxModules); ++i)
+        loadModule(records[size_t(i)]);
+    emit commDeviceListChanged();
+}
+
+// Display names cross as UTF-8 in both directions, so names typed in Chinese
+// come back as typed.
+void DevicesManager::loadModule(const GW_MODULE_INFO &info)
+{
+    const QString type = fieldText(info.moduleType, GW_MODULE_TYPE_SIZE);
+    if (!DeviceItemBuilder::communicationTypes().contains(type))
+        return;
+    const QString name = fieldText(info.displayName, GW_MODULE_NAME_SIZE);
+    const QByteArray typeText = type.toUtf8();
+    const QByteArray nameText = name.toUtf8();
+    COMM_LOG(CommLogDetail, "loadAlgorithmTabXML[%s], deviceId=%d, deviceName=%s", typeText.constData(), info.moduleId,
+             nameText.constData());
+    if (!loadAlgorithmTabXML(type) || !m_builder.pendingDevice())
+        return;
+    COMM_LOG(CommLogDetail, "loadAlgorithmTabXML[%s] succ, deviceId=%d, deviceName=%s", typeText.constData(),
+             info.moduleId, nameText.constData());
+    CommDevice *device = m_builder.takePendingDevice();
+    device->setDeviceID(info.moduleId);
+    device->setDeviceName(name);
+    device->setDeviceType(type);
+    device->getModuleParams();
+    device->GwGetConnectState();
+    Lock lock(m_listMutex);
+    m_devices.append(device);
 }
 
 void DevicesManager::InitDeviceItemInfoXML()
@@ -55,10 +147,11 @@ QVector<BaseItemProxy *> DevicesManager::itemList(QString strDeviceName)
     return m_builder.itemList(strDeviceName);
 }
 
-// The device list arrives with device loading; until then no device has items.
-QVector<BaseItemProxy *> DevicesManager::getCurrentDeviceItems(int)
+QVector<BaseItemProxy *> DevicesManager::getCurrentDeviceItems(int nDeviceID)
 {
-    return {};
+    Lock lock(m_listMutex);
+    const CommDevice *device = findLocked(nDeviceID);
+    return device ? device->items() : QVector<BaseItemProxy *>();
 }
 
 QString DevicesManager::qsLMTr(QString str)
@@ -78,6 +171,161 @@ void DevicesManager::setCommDevices(QStringList devices)
     emit commDevicesChanged();
 }
 
+QList<CommDevice *> DevicesManager::commDeviceList() const
+{
+    Lock lock(m_listMutex);
+    return m_devices;
+}
+
+void DevicesManager::setCommDeviceList(QList<CommDevice *> lstCommDevs)
+{
+    {
+        Lock lock(m_listMutex);
+        m_devices = lstCommDevs;
+    }
+    emit commDeviceListChanged();
+}
+
+CommDevice *DevicesManager::getDeviceById(int nDevId)
+{
+    Lock lock(m_listMutex);
+    return findLocked(nDevId);
+}
+
+QString DevicesManager::generateUuid()
+{
+    return QUuid::createUuid().toString();
+}
+
+bool DevicesManager::checkPLCDevice(uint nModuId)
+{
+    Lock lock(m_listMutex);
+    const CommDevice *device = findLocked(int(nModuId));
+    return device && !isStreamType(device->deviceType());
+}
+
+// The pending device's parameters are written before it joins the list: no
+// gateway result can reach it yet, and no lock is held across gateway calls or
+// signals that the page answers.
+int DevicesManager::createCommDevice(QString strDevType, QString strDisplayName)
+{
+    CommDevice *pending = m_builder.pendingDevice();
+    if (!pending) {
+        emit messageBox(2, qsLMTr(QStringLiteral("Lang_DeviceAddFailed")) + qsErrTr(int(GW_ERR_NO_TEMPLATE)));
+        return int(GW_ERR_NO_TEMPLATE);
+    }
+    const QByteArray type = strDevType.toUtf8();
+    const QByteArray name = strDisplayName.toUtf8();
+    int newId = 0;
+    const uint32_t rc = GW_PF_AddModule(type.constData(), name.constData(), &newId);
+    if (rc != GW_OK) {
+        COMM_LOG(CommLogInfo, "GW_PF_AddModule failed, deviceType[%s], DisplayName[%s], error=%x", type.constData(),
+                 name.constData(), rc);
+        emit messageBox(2, qsLMTr(QStringLiteral("Lang_DeviceAddFailed")) + qsErrTr(int(rc)));
+        return int(rc);
+    }
+    bool exists = false;
+    {
+        Lock lock(m_listMutex);
+        if (const CommDevice *existing = findLocked(newId)) {
+            exists = true;
+            COMM_LOG(CommLogInfo, "AddModule devID[%d] == ( Exist devID[%d], deviceType[%s], DisplayName[%s] )", newId,
+                     existing->deviceID(), existing->deviceType().toUtf8().constData(),
+                     existing->deviceName().toUtf8().constData());
+        }
+    }
+    if (exists) {
+        emit messageBox(2, qsLMTr(QStringLiteral("Lang_DeviceAddFailed")) + qsLMTr(QStringLiteral("Lang_DeviceIdExisted")));
+        return int(GW_ERR_GENERAL);
+    }
+    CommDevice *device = m_builder.takePendingDevice();
+    device->setDeviceID(newId);
+    device->setDeviceName(strDisplayName);
+    device->setDeviceType(strDevType);
+    device->setModuleParams();
+    {
+        Lock lock(m_listMutex);
+        m_devices.append(device);
+    }
+    emit commDeviceListChanged();
+    return newId;
+}
+
+// The device leaves the list under the lock, after any result being delivered
+// to it has finished and before it is destroyed, so no result reaches freed memory.
+int DevicesManager::deleteCommDevice(int nDeviceId)
+{
+    CommDevice *removed = nullptr;
+    uint32_t rc = GW_OK;
+    {
+        Lock lock(m_listMutex);
+        CommDevice *device = findLocked(nDeviceId);
+        if (!device)
+            return 0;
+        rc = GW_PF_DeleteModule(nDeviceId);
+        if (rc == GW_OK) {
+            m_devices.removeOne(device);
+            removed = device;
+        }
+    }
+    if (rc != GW_OK) {
+        COMM_LOG(CommLogInfo, "GW_PF_DeleteModule failed, moduid=%d, error=%x", nDeviceId, rc);
+        emit messageBox(2, qsLMTr(QStringLiteral("Lang_DeleteFail")));
+        return int(rc);
+    }
+    removed->deleteLater();
+    emit commDeviceListChanged();
+    return 0;
+}
+
+bool DevicesManager::changeDeviceName(int nDeviceId, QString strName)
+{
+    if (strName.isEmpty()) {
+        emit messageBox(2, qsLMTr(QStringLiteral("Lang_NameEmpty")));
+        return false;
+    }
+    CommDevice *device = nullptr;
+    uint32_t rc = GW_OK;
+    {
+        Lock lock(m_listMutex);
+        device = findLocked(nDeviceId);
+        if (!device)
+            return true;
+        rc = GW_PF_UpdateModule(nDeviceId, strName.toUtf8().constData());
+    }
+    if (rc != GW_OK) {
+        COMM_LOG(CommLogInfo, "GW_PF_UpdateModule failed, moduid=%d, error=%x", nDeviceId, rc);
+        emit messageBox(2, qsLMTr(QStringLiteral("Lang_NameError")));
+        return false;
+    }
+    device->setDeviceName(strName);
+    return true;
+}
+
+int DevicesManager::gwSendData(int nModuleId, QString msg, int nAddressId, int dataType, int nNum)
+{
+    if (msg.isEmpty()) {
+        emit messageBox(2, qsLMTr(QStringLiteral("Lang_PmNameEmpty")));
+        return int(GW_ERR_GENERAL);
+    }
+    const CommDevice *device = getDeviceById(nModuleId);
+    if (device && !device->connectState()) {
+        emit messageBox(2, qsLMTr(QStringLiteral("Lang_OpenCommDev")));
+        return int(GW_ERR_GENERAL);
+    }
+    if (m_sendData.hexEnable())
+        msg = GeneralDeviceSendData::hexToString(msg);
+    const QByteArray text = msg.toUtf8();
+    switch (dataType) {
+    case 0:
+        return int(GW_PF_WriteInt(nModuleId, nAddressId, nNum, text.constData()));
+    case 1:
+        return int(GW_PF_WriteFloat(nModuleId, nAddressId, nNum, text.constData()));
+    default:
+        return int(GW_PF_WriteString(nModuleId, nAddressId, text.constData()));
+    }
+}
+
 void DevicesManager::HandleGWEvent(eGW_EVENT_TYPE eEventType, QSharedPointer<char> spData, int nDataLen)
 {
     if (eEventType != GW_EVENT_CONNECTED && eEventType != GW_EVENT_DISCONNECTED)
@@ -87,11 +335,23 @@ void DevicesManager::HandleGWEvent(eGW_EVENT_TYPE eEventType, QSharedPointer<cha
         COMM_LOG(CommLogInfo, "HandleGWEvent failed, payload of %d bytes has no module id", nDataLen);
         return;
     }
-    COMM_LOG(CommLogInfo, "HandleGWEvent failed, getDeviceById null");
+    qint32 moduleId = 0;
+    std::memcpy(&moduleId, spData.data(), sizeof(moduleId));
+    CommDevice *device = getDeviceById(moduleId);
+    if (!device) {
+        COMM_LOG(CommLogInfo, "HandleGWEvent failed, getDeviceById null");
+        return;
+    }
+    const bool up = (eEventType == GW_EVENT_CONNECTED);
+    device->updateConState(up);
+    device->setItemsEnable(up);
 }
 
-void DevicesManager::HandleGWResult(int, int, void *pRstData, int nRstDataLen)
+void DevicesManager::HandleGWResult(int nModuleId, int nAddressId, void *pRstData, int nRstDataLen)
 {
     if (!pRstData || nRstDataLen < 1)
         return;
+    Lock lock(m_listMutex);
+    if (CommDevice *device = findLocked(nModuleId))
+        device->ProRecvResultData(nAddressId, pRstData, nRstDataLen);
 }

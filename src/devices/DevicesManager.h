@@ -1,19 +1,22 @@
 #pragma once
-// The list of communication devices that the gateway runs for this module,
-// and the module's translation helpers. Exposed to QML as the singleton
-// "DevicesManager".
+// The list of communication devices that the gateway runs for this module:
+// loading, creating, deleting and renaming them on the gateway, sending data
+// through them, and receiving the gateway's events and results. Exposed to QML
+// as the singleton "DevicesManager".
 
 #include "BaseItemProxy.h"
+#include "CommDevice.h"
 #include "DeviceItemBuilder.h"
+#include "GeneralDeviceSendData.h"
 #include "GwPlatform.h"
 
+#include <QList>
 #include <QObject>
 #include <QSharedPointer>
 #include <QString>
 #include <QStringList>
 #include <QVector>
-
-class CommDevice;
+#include <mutex>
 
 namespace tinyxml2 {
 class XMLElement;
@@ -23,9 +26,12 @@ class DevicesManager : public QObject
 {
     Q_OBJECT
     Q_PROPERTY(QStringList commDevices READ commDevices WRITE setCommDevices NOTIFY commDevicesChanged)
+    Q_PROPERTY(QList<CommDevice *> commDeviceList READ commDeviceList WRITE setCommDeviceList NOTIFY commDeviceListChanged)
+    Q_PROPERTY(GeneralDeviceSendData *sendDataNormalDevice READ sendDataNormalDevice CONSTANT)
 
 public:
     static DevicesManager *Instance();
+    ~DevicesManager() override;
 
     // Rebuilds the device list from the gateway.
     void LoadDevices();
@@ -45,9 +51,20 @@ public:
     Q_INVOKABLE QString qsErrTr(int nCode);
     Q_INVOKABLE QStringList commDevices() const { return m_deviceTypes; }
     Q_INVOKABLE void setCommDevices(QStringList devices);
+    Q_INVOKABLE int createCommDevice(QString strDevType, QString strDisplayName);
+    Q_INVOKABLE QList<CommDevice *> commDeviceList() const;
+    Q_INVOKABLE void setCommDeviceList(QList<CommDevice *> lstCommDevs);
+    Q_INVOKABLE CommDevice *getDeviceById(int nDevId);
+    Q_INVOKABLE GeneralDeviceSendData *sendDataNormalDevice() { return &m_sendData; }
+    Q_INVOKABLE QString generateUuid();
+    Q_INVOKABLE bool checkPLCDevice(uint nModuId);
+    Q_INVOKABLE int deleteCommDevice(int nDeviceId);
+    Q_INVOKABLE bool changeDeviceName(int nDeviceId, QString strName);
+    Q_INVOKABLE int gwSendData(int nModuleId, QString msg, int nAddressId = -1, int dataType = 2, int nNum = 1);
 
 signals:
     void commDevicesChanged();
+    void commDeviceListChanged();
     void messageBox(int nMsgBoxType, QString strMsg);
 
 public slots:
@@ -56,6 +73,13 @@ public slots:
 
 private:
     DevicesManager();
+    // The first device with that id; the caller holds m_listMutex.
+    CommDevice *findLocked(int id) const;
+    void loadModule(const GW_MODULE_INFO &info);
+
     DeviceItemBuilder m_builder{this};
+    mutable std::mutex m_listMutex; // the device list against the gateway's result threads
+    QList<CommDevice *> m_devices;
     QStringList m_deviceTypes;
+    GeneralDeviceSendData m_sendData;
 };

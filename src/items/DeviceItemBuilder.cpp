@@ -14,15 +14,15 @@
 
 namespace {
 constexpr char kDeviceListFile[] = "DeviceItemInfo.xml";
+} // namespace
 
-const QStringList &communicationTypes()
+const QStringList &DeviceItemBuilder::communicationTypes()
 {
     static const QStringList types = {QStringLiteral("EipModule"),       QStringLiteral("ProfinetModule"),
                                       QStringLiteral("TcpClientModule"), QStringLiteral("TcpServerModule"),
                                       QStringLiteral("UdpModule"),       QStringLiteral("SerialModule")};
     return types;
 }
-} // namespace
 
 DeviceItemBuilder::DeviceItemBuilder(QObject *deviceParent)
     : m_deviceParent(deviceParent)

@@ -23,6 +23,9 @@ public:
     DeviceItemBuilder(const DeviceItemBuilder &) = delete;
     DeviceItemBuilder &operator=(const DeviceItemBuilder &) = delete;
 
+    // The gateway module types that are communication devices.
+    static const QStringList &communicationTypes();
+
     // The communication device types of DeviceItemInfo.xml, in file order.
     QStringList InitDeviceItemInfoXML() const;
     // One "Items" entry, given its first child element.

@@ -86,7 +86,7 @@ void tst_CommManagerModule::init_succeeds_registersEverythingInOrder()
     QStringList order;
     for (const FakeGwCall &c : m_gw.calls())
         order << c.function;
-    QCOMPARE(order, QStringList({"Init", "SetResultCallback", "SetRecvEventCalBack", "SetEventCalBack"}));
+    QCOMPARE(order, QStringList({"Init", "GetAllModules", "SetResultCallback", "SetRecvEventCalBack", "SetEventCalBack"}));
     QVERIFY(m_gw.eventCallback());
     QVERIFY(m_gw.resultCallback());
     QCOMPARE(m_gw.lastCall(QStringLiteral("SetRecvEventCalBack")).moduleId, 0); // no callback installed

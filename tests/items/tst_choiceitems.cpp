@@ -1,0 +1,213 @@
+// Value items with text forms (IP address, end characters) and the choice items.
+#include "EndChar.h"
+#include "EnumEntryCOM.h"
+#include "Enumeration.h"
+#include "FakeGateway.h"
+#include "IPString.h"
+#include "ItemTestSupport.h"
+
+#include "HostConfig.h"
+
+#include <QSignalSpy>
+#include <QtTest>
+
+using namespace CommunicationControl;
+
+namespace {
+const char kParity[] = "<Enumeration Name=\"Parity\"><CurValue>2</CurValue><EnumEntrys>"
+                       "<EnumEntry Name=\"None\"><DisplayName>Lang_ParityNone</DisplayName><Value>0</Value></EnumEntry>"
+                       "<EnumEntryStr Name=\"Even\"><DisplayName>Lang_ParityEven</DisplayName><Value>2</Value></EnumEntryStr>"
+                       "<EnumEntry Name=\"Hidden\"><Value>9</Value><DeviceType>1</DeviceType></EnumEntry>"
+                       "<EnumEntry Name=\"Odd\"><Value>3</Value><DeviceType>0</DeviceType></EnumEntry>"
+                       "</EnumEntrys></Enumeration>";
+}
+
+class tst_ChoiceItems : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void isIPv4_data();
+    void isIPv4();
+    void setIPString_refusedAddressIsNotWritten();
+    void endChar_conversions_data();
+    void endChar_conversions();
+    void endChar_writesTheBytes();
+    void enumeration_entries();
+    void enumeration_setCurIndex_data();
+    void enumeration_setCurIndex();
+    void enumeration_readMapsValueToIndex();
+    void com_listStartsWithPrompt();
+    void com_emptyListKeepsComs();
+    void com_storedPortMissing_staysSelected();
+
+private:
+    FakeGateway &m_gw = FakeGateway::instance();
+};
+
+void tst_ChoiceItems::init()
+{
+    m_gw.reset();
+    HostConfig::setLanguage(QStringLiteral("en"));
+}
+
+void tst_ChoiceItems::isIPv4_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("valid");
+    QTest::newRow("canonical") << "192.168.1.10" << true;
+    QTest::newRow("any address") << "0.0.0.0" << true;
+    QTest::newRow("leading zeros") << "192.168.001.10" << false;
+    QTest::newRow("trailing blank") << "192.168.1.10 " << false;
+    QTest::newRow("leading blank") << " 192.168.1.10" << false;
+    QTest::newRow("ipv6") << "::1" << false;
+    QTest::newRow("out of range") << "256.1.1.1" << false;
+    QTest::newRow("empty") << "" << false;
+}
+
+void tst_ChoiceItems::isIPv4()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, valid);
+    QCOMPARE(IPStringData::IsIPv4(text), valid);
+}
+
+void tst_ChoiceItems::setIPString_refusedAddressIsNotWritten()
+{
+    CommDevice device;
+    auto *item = buildItem<IPString>(device, "<IPString Name=\"TargetIP\"/>");
+    device.setDeviceID(2);
+    QVERIFY(item->data()->setIPString(QStringLiteral("192.168.1.20")));
+    QVERIFY(!item->data()->setIPString(QStringLiteral("192.168.001.10")));
+    QCOMPARE(item->data()->ipString(), QStringLiteral("192.168.1.20"));
+    QCOMPARE(m_gw.calls(QStringLiteral("SetModuleParam")).size(), 1);
+    QCOMPARE(m_gw.setCount(2, "TargetIP", "192.168.1.20"), 1);
+    QVERIFY(!item->data()->isHostIP());
+    auto *local = buildItem<IPString>(device, "<IPString Name=\"LocalIP\"/>");
+    QVERIFY(local->data()->isHostIP());
+    QCOMPARE(local->data()->ipList(), QStringList({"0.0.0.0", "127.0.0.1"}));
+}
+
+void tst_ChoiceItems::endChar_conversions_data()
+{
+    QTest::addColumn<QString>("shown");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("CR LF") << "\\r\\n" << QByteArray("\r\n");
+    QTest::newRow("text and LF") << "END\\n" << QByteArray("END\n");
+    QTest::newRow("other escapes stay") << "\\t\\\\" << QByteArray("\\t\\\\");
+    QTest::newRow("lone backslash") << "a\\" << QByteArray("a\\");
+    QTest::newRow("empty") << "" << QByteArray();
+}
+
+void tst_ChoiceItems::endChar_conversions()
+{
+    QFETCH(QString, shown);
+    QFETCH(QByteArray, bytes);
+    char buffer[32];
+    endCharQString2byte(shown, buffer, sizeof(buffer));
+    QCOMPARE(QByteArray(buffer), bytes);
+    QCOMPARE(endCharByte2QString(bytes.constData()), shown);
+}
+
+void tst_ChoiceItems::endChar_writesTheBytes()
+{
+    CommDevice device;
+    auto *item = buildItem<EndChar>(device, "<EndChar Name=\"EndChar\"><CurValue>\\r\\n</CurValue><MaxLen>8</MaxLen></EndChar>");
+    QCOMPARE(item->data()->curValue(), QStringLiteral("\\r\\n"));
+    QCOMPARE(item->data()->maxLength(), 8);
+    device.setDeviceID(5);
+    item->data()->setCurValue(QStringLiteral("#\\n"));
+    QCOMPARE(m_gw.setCount(5, "EndChar", "#\n"), 1);
+    m_gw.setParam(5, "EndChar", "\r");
+    item->data()->GwGetModuleParam();
+    QCOMPARE(item->data()->curValue(), QStringLiteral("\\r"));
+}
+
+void tst_ChoiceItems::enumeration_entries()
+{
+    CommDevice device;
+    auto *item = buildItem<Enumeration>(device, kParity);
+    QCOMPARE(item->data()->enums(), QStringList({"None", "Even", "Odd"}));
+    QCOMPARE(item->data()->curIndex(), 1); // CurValue 2 names "Even"
+}
+
+void tst_ChoiceItems::enumeration_setCurIndex_data()
+{
+    QTest::addColumn<int>("moduleId");
+    QTest::addColumn<quint32>("answer");
+    QTest::addColumn<int>("index");
+    QTest::addColumn<int>("writes");
+    QTest::newRow("written") << 6 << quint32(0) << 2 << 1;
+    QTest::newRow("refused keeps the old index") << 6 << quint32(GW_ERR_INVALID_VALUE) << 1 << 1;
+    QTest::newRow("reopen answer is a refusal here") << 6 << quint32(GW_ERR_PENDING_REOPEN) << 1 << 1;
+    QTest::newRow("module id 0 takes any index") << 0 << quint32(GW_ERR_INVALID_VALUE) << 2 << 0;
+}
+
+void tst_ChoiceItems::enumeration_setCurIndex()
+{
+    QFETCH(int, moduleId);
+    QFETCH(quint32, answer);
+    QFETCH(int, index);
+    QFETCH(int, writes);
+    CommDevice device;
+    auto *item = buildItem<Enumeration>(device, kParity);
+    device.setDeviceID(moduleId);
+    m_gw.answer(QStringLiteral("SetModuleParam"), answer);
+    QSignalSpy changed(item->data(), &EnumerationData::curIndexChanged);
+    item->data()->setCurIndex(2);
+    QCOMPARE(item->data()->curIndex(), index);
+    QCOMPARE(changed.count(), 1);
+    QCOMPARE(m_gw.setCount(moduleId, "Parity", "3"), writes);
+}
+
+void tst_ChoiceItems::enumeration_readMapsValueToIndex()
+{
+    CommDevice device;
+    auto *item = buildItem<Enumeration>(device, kParity);
+    device.setDeviceID(6);
+    m_gw.setParam(6, "Parity", "3");
+    QCOMPARE(item->data()->GwGetModuleParam(), 0);
+    QCOMPARE(item->data()->curIndex(), 2);
+    m_gw.setParam(6, "Parity", "42"); // unknown value: the index stays
+    item->data()->GwGetModuleParam();
+    QCOMPARE(item->data()->curIndex(), 2);
+}
+
+void tst_ChoiceItems::com_listStartsWithPrompt()
+{
+    m_gw.setSerialList("/dev/ttyS0\t\t/dev/ttyUSB0\t", -1);
+    CommDevice device;
+    auto *item = buildItem<EnumEntryCOM>(device, "<EnumEntryCOM Name=\"PortName\"/>");
+    QCOMPARE(item->data()->coms(), QStringList({"Select...", "/dev/ttyS0", "/dev/ttyUSB0"}));
+    QCOMPARE(item->data()->curIndex(), 0);
+    device.setDeviceID(8);
+    item->data()->setCurIndex(2);
+    QCOMPARE(m_gw.setCount(8, "PortName", "/dev/ttyUSB0"), 1);
+}
+
+void tst_ChoiceItems::com_emptyListKeepsComs()
+{
+    m_gw.setSerialList("/dev/ttyS0");
+    CommDevice device;
+    auto *item = buildItem<EnumEntryCOM>(device, "<EnumEntryCOM Name=\"PortName\"/>");
+    const QStringList before = item->data()->coms();
+    m_gw.setSerialList(QByteArray());
+    item->data()->getComList();
+    QCOMPARE(item->data()->coms(), before);
+}
+
+void tst_ChoiceItems::com_storedPortMissing_staysSelected()
+{
+    m_gw.setSerialList("/dev/ttyS0");
+    CommDevice device;
+    auto *item = buildItem<EnumEntryCOM>(device, "<EnumEntryCOM Name=\"PortName\"/>");
+    device.setDeviceID(9);
+    m_gw.setParam(9, "PortName", "/dev/ttyUSB7");
+    QCOMPARE(item->data()->GwGetModuleParam(), 0);
+    QCOMPARE(item->data()->coms().last(), QStringLiteral("/dev/ttyUSB7"));
+    QCOMPARE(item->data()->curIndex(), item->data()->coms().size() - 1);
+    QVERIFY(m_gw.calls(QStringLiteral("SetModuleParam")).isEmpty()); // reading never writes
+}
+
+QTEST_GUILESS_MAIN(tst_ChoiceItems)
+#include "tst_choiceitems.moc"

@@ -14,6 +14,7 @@ struct LogState {
     std::mutex mutex;
     QString path;
     FILE *file = nullptr;
+    bool openFailed = false; // until the path changes: no retry per record
     int stderrLevel = 5;
     bool capture = false;
     QList<LogRecord> captured;
@@ -45,10 +46,30 @@ QByteArray timeStamp(LogState &s)
 
 void openFile(LogState &s)
 {
-    if (s.file || s.path.isEmpty())
+    if (s.file || s.openFailed || s.path.isEmpty())
         return;
     QDir().mkpath(QFileInfo(s.path).absolutePath());
     s.file = std::fopen(QFile::encodeName(s.path).constData(), "a");
+    if (!s.file) {
+        s.openFailed = true;
+        std::fprintf(stderr, "cannot open log file %s\n", QFile::encodeName(s.path).constData());
+    }
+}
+
+// Length of text once a multi-byte UTF-8 sequence cut by the buffer end is
+// dropped, so that a long record never ends in half a character.
+size_t utf8CutLength(const char *text, size_t length)
+{
+    size_t lead = length;
+    while (lead > 0 && (static_cast<unsigned char>(text[lead - 1]) & 0xC0) == 0x80)
+        --lead;
+    if (lead == 0)
+        return length;
+    const auto first = static_cast<unsigned char>(text[lead - 1]);
+    if (first < 0xC0)
+        return length; // the last byte is ASCII or a stray continuation
+    const size_t needed = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
+    return length - (lead - 1) >= needed ? length : lead - 1;
 }
 } // namespace
 
@@ -63,6 +84,8 @@ extern "C" void Slog_LogPrint(const char *tag, int level, const char *format, ..
     va_end(args);
     if (n < 0)
         return;
+    if (n >= kMaxRecord)
+        buffer[utf8CutLength(buffer, kMaxRecord - 1)] = '\0';
     const char *safeTag = tag ? tag : "";
 
     LogState &s = state();
@@ -87,6 +110,7 @@ void HostLog::setLogFile(const QString &path)
         std::fclose(s.file);
         s.file = nullptr;
     }
+    s.openFailed = false;
     s.path = path;
 }
 

@@ -62,6 +62,9 @@ signals:
     void recvDataListChanged();
     void recvHexDataListChanged();
     void messageBox(int nMsgBoxType, QString strMsg);
+    // Emitted on a gateway thread while the manager's device-list lock is held:
+    // receivers connect queued (the default for a receiver on the GUI thread)
+    // and must not call back into the manager from a direct connection.
     void deviceResultChanged(int addressId, QByteArray byteResult);
 
 private:

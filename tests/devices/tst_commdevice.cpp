@@ -47,6 +47,7 @@ private slots:
     void received_textAndHexForms_data();
     void received_textAndHexForms();
     void received_entriesCarryTheLocalTime();
+    void timeStamp_matchesQtAcrossSecondBoundaries();
     void received_250Blocks_keepTheLast200();
     void received_emptyBlock_changesNothing();
     void received_addressBlock_emitsResultOnly();
@@ -111,6 +112,26 @@ void tst_CommDevice::received_entriesCarryTheLocalTime()
     QCOMPARE(entry.mid(1, 23), device.recvHexDataList().first().mid(1, 23));
     // Same text as Qt's own formatting of that moment.
     QCOMPARE(entry.mid(1, 23), stamp.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz")));
+}
+
+// The cached text of the current second must follow the clock: every stamp
+// lies between Qt's own formatting just before and just after it (the format
+// sorts like the time), and a second rolls over in the stamps as well.
+void tst_CommDevice::timeStamp_matchesQtAcrossSecondBoundaries()
+{
+    const QString format = QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz");
+    QSet<QString> seconds;
+    QElapsedTimer guard;
+    guard.start();
+    while (seconds.size() < 2 && guard.elapsed() < 5000) {
+        const QString before = QDateTime::currentDateTime().toString(format);
+        const QString stamp = RecvDataFormat::timeStamp();
+        const QString after = QDateTime::currentDateTime().toString(format);
+        QCOMPARE(stamp.size(), 23);
+        QVERIFY2(before <= stamp && stamp <= after, qPrintable(before + " " + stamp + " " + after));
+        seconds.insert(stamp.left(19));
+    }
+    QVERIFY(seconds.size() >= 2);
 }
 
 void tst_CommDevice::received_250Blocks_keepTheLast200()

@@ -7,6 +7,9 @@
 #include "HostConfig.h"
 #include "Slog.h"
 
+#include <QQmlComponent>
+#include <QQmlContext>
+#include <QQmlEngine>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QtTest>
@@ -38,8 +41,10 @@ private slots:
     void send();
     void event_data();
     void event();
+    void event_payloadIsCopiedBeforeTheCallbackReturns();
     void results_reachOnlyTheirDevice();
     void generateUuid_hasQtsDefaultForm();
+    void qml_callsWithDefaultsAndReadsTheList();
 
 private:
     int addDevice(const QString &type, const QString &name);
@@ -390,6 +395,23 @@ void tst_DevicesManager::event()
     }
 }
 
+// The gateway may reuse its buffer as soon as the callback returns; the queued
+// event must carry its own copy.
+void tst_DevicesManager::event_payloadIsCopiedBeforeTheCallbackReturns()
+{
+    QCOMPARE(addDevice(QStringLiteral("TcpServerModule"), QStringLiteral("d")), 1);
+    HostLog::clearCaptured();
+    QByteArray payload = FakeGateway::modulePayload(1);
+    QCOMPARE(EventCallBack(GW_EVENT_CONNECTED, payload.data(), nullptr, payload.size()), 0);
+    payload.fill('\xFF');
+    EventCallBack(GW_EVENT_CONNECTED, nullptr, nullptr, 4); // no bytes behind the length
+    QCoreApplication::processEvents();
+    QVERIFY(m_mgr->getDeviceById(1)->connectState());
+    const QStringList lines = HostLog::capturedMessages();
+    QCOMPARE(lines.size(), 1);
+    QVERIFY(lines.first().endsWith(QLatin1String("HandleGWEvent failed, payload of 0 bytes has no module id")));
+}
+
 void tst_DevicesManager::results_reachOnlyTheirDevice()
 {
     const int a = addDevice(QStringLiteral("TcpServerModule"), QStringLiteral("a"));
@@ -411,6 +433,37 @@ void tst_DevicesManager::generateUuid_hasQtsDefaultForm()
     QVERIFY(QRegularExpression(QStringLiteral("^\\{[0-9a-f]{8}-[0-9a-f]{4}-[0-9a-f]{4}-[0-9a-f]{4}-[0-9a-f]{12}\\}$"))
                 .match(uuid).hasMatch());
     QVERIFY(uuid != m_mgr->generateUuid());
+}
+
+// What the page does: calls with the defaults left out, reads the device list
+// and its devices' properties, and creates a CommDevice by its import.
+void tst_DevicesManager::qml_callsWithDefaultsAndReadsTheList()
+{
+    const int id = addDevice(QStringLiteral("TcpServerModule"), QStringLiteral("Line"));
+    m_mgr->getDeviceById(id)->updateConState(true);
+    QQmlEngine engine;
+    engine.rootContext()->setContextProperty(QStringLiteral("DevicesManager"), m_mgr);
+    QQmlComponent component(&engine);
+    component.setData("import QtQml 2.15\n"
+                      "import lm.cpp.CommDevice 1.0\n"
+                      "QtObject {\n"
+                      "  property int sent: DevicesManager.gwSendData(1, 'hi')\n"
+                      "  property int count: DevicesManager.commDeviceList.length\n"
+                      "  property string name: DevicesManager.commDeviceList[0].deviceName\n"
+                      "  property bool plc: DevicesManager.checkPLCDevice(1)\n"
+                      "  property QtObject spare: CommDevice { deviceType: 'UdpModule' }\n"
+                      "}\n",
+                      QUrl());
+    QScopedPointer<QObject> object(component.create());
+    QVERIFY2(object, qPrintable(component.errorString()));
+    QCOMPARE(object->property("sent").toInt(), 0);
+    const FakeGwCall call = m_gw.lastCall(QStringLiteral("WriteString"));
+    QCOMPARE(call.moduleId, id);
+    QCOMPARE(call.addressId, -1);
+    QCOMPARE(call.text, QByteArray("hi"));
+    QCOMPARE(object->property("count").toInt(), 1);
+    QCOMPARE(object->property("name").toString(), QStringLiteral("Line"));
+    QCOMPARE(object->property("plc").toBool(), false);
 }
 
 QTEST_MAIN(tst_DevicesManager)

@@ -5,6 +5,7 @@
 #include "DevicesManager.h"
 #include "FakeGateway.h"
 #include "GwCallbacks.h"
+#include "ThreadJoiner.h"
 
 #include <QtTest>
 #include <atomic>
@@ -29,6 +30,7 @@ void tst_DevicesManagerThreads::createAndDelete_whileResultsAndEventsArrive()
     constexpr int kBlocks = 4000;
     std::atomic<int> running{3};
     std::vector<std::thread> gateway;
+    const ThreadJoiner joiner{gateway}; // also when a check fails early
     for (int t = 0; t < 3; ++t) {
         gateway.emplace_back([&running, t] {
             QByteArray block = QByteArrayLiteral("frame\r\n");
@@ -46,23 +48,28 @@ void tst_DevicesManagerThreads::createAndDelete_whileResultsAndEventsArrive()
         });
     }
 
-    int kept = 0;
+    QList<int> kept;
     for (int round = 0; round < 400 && (round < 40 || running.load() > 0); ++round) {
         QVERIFY(mgr->loadAlgorithmTabXML(QStringLiteral("UdpModule")));
         const int id = mgr->createCommDevice(QStringLiteral("UdpModule"), QStringLiteral("d"));
         QVERIFY(id > 0);
-        (void)mgr->getDeviceById(id)->recvDataList();
         if (round % 2)
             QCOMPARE(mgr->deleteCommDevice(id), 0);
         else
-            ++kept;
+            kept.append(id);
+        // The GUI thread reads and clears the lists of devices that results reach.
+        CommDevice *device = mgr->getDeviceById(kept.at(round % kept.size()));
+        QVERIFY(device);
+        QVERIFY(device->recvDataList().size() <= 200);
+        if (round % 7 == 0)
+            device->clearRecvDatas();
         QCoreApplication::processEvents(); // queued events and deferred deletes
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
     for (auto &t : gateway)
         t.join();
     QCoreApplication::processEvents();
-    QCOMPARE(mgr->commDeviceList().size(), kept);
+    QCOMPARE(mgr->commDeviceList().size(), kept.size());
 
     gw.reset();
     mgr->LoadDevices();

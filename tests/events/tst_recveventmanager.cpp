@@ -4,6 +4,9 @@
 #include "RecvEvent4TextProtocolParse.h"
 #include "RecvEventManager.h"
 
+#include <QQmlComponent>
+#include <QQmlContext>
+#include <QQmlEngine>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -15,6 +18,9 @@ private slots:
     void newEvent_hasItsDefaults_data();
     void newEvent_hasItsDefaults();
     void setters_notifyAsEachKindDoes();
+    void qml_typesImportUnderTheirOwnUri_data();
+    void qml_typesImportUnderTheirOwnUri();
+    void qml_createsByNumber();
 };
 
 // One manager per process: this test runs first and sees the numbering from 0.
@@ -86,5 +92,46 @@ void tst_RecvEventManager::setters_notifyAsEachKindDoes()
     QCOMPARE(kind.count(), 1);
 }
 
-QTEST_GUILESS_MAIN(tst_RecvEventManager)
+void tst_RecvEventManager::qml_typesImportUnderTheirOwnUri_data()
+{
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<int>("kind");
+    QTest::newRow("base") << "RecvEvent" << 0;
+    QTest::newRow("parse") << "RecvEvent4TextProtocolParse" << 1;
+    QTest::newRow("compare") << "RecvEvent4TextProtocolCompare" << 2;
+    QTest::newRow("byte match") << "RecvEvent4ByteMatchCompare" << 3;
+    QTest::newRow("script") << "RecvEvent4Script" << 4;
+}
+
+void tst_RecvEventManager::qml_typesImportUnderTheirOwnUri()
+{
+    QFETCH(QString, type);
+    QFETCH(int, kind);
+    RecvEventManager::Instance(); // registers the types
+    QQmlEngine engine;
+    QQmlComponent component(&engine);
+    component.setData(QStringLiteral("import lm.cpp.%1 1.0\n%1 {}\n").arg(type).toUtf8(), QUrl());
+    QScopedPointer<QObject> object(component.create());
+    QVERIFY2(object, qPrintable(component.errorString()));
+    QCOMPARE(object->property("enumIndex").toInt(), kind);
+}
+
+// The page calls createRecvEvent with plain numbers.
+void tst_RecvEventManager::qml_createsByNumber()
+{
+    QQmlEngine engine;
+    engine.rootContext()->setContextProperty(QStringLiteral("RecvEventManager"), RecvEventManager::Instance());
+    QQmlComponent component(&engine);
+    component.setData("import QtQml 2.15\nQtObject { property var made: RecvEventManager.createRecvEvent(4) }\n",
+                      QUrl());
+    QScopedPointer<QObject> object(component.create());
+    QVERIFY2(object, qPrintable(component.errorString()));
+    auto *event = qvariant_cast<RecvEvent *>(object->property("made"));
+    QVERIFY(event);
+    QCOMPARE(event->enumIndex(), 4);
+    QVERIFY(event->eventName().endsWith(QLatin1String(" Script")));
+    QCOMPARE(event->parent(), RecvEventManager::Instance()); // not collected by the engine
+}
+
+QTEST_MAIN(tst_RecvEventManager)
 #include "tst_recveventmanager.moc"

@@ -1,4 +1,5 @@
 #include "ModuXMLManage.h"
+#include "Slog.h"
 
 #include <QDir>
 #include <QFile>
@@ -33,16 +34,19 @@ void tst_ModuXMLManage::parse_data()
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<int>("result");
     QTest::addColumn<QStringList>("items"); // "Type:Name" in callback order
+    QTest::addColumn<QString>("logged");    // start of the HostXml line, if any
 
     QTest::newRow("items in document order, tabs walked")
         << QByteArray("<AlgorithmTab><Integer Name=\"A\"><CurValue>1</CurValue></Integer>"
                       "<Tab Name=\"t\"><Boolean Name=\"B\"/><Tab Name=\"inner\"><IPString Name=\"C\"/></Tab></Tab>"
                       "<EndChar Name=\"D\"/></AlgorithmTab>")
-        << 0 << QStringList({"Integer:A", "Boolean:B", "IPString:C", "EndChar:D"});
-    QTest::newRow("empty root") << QByteArray("<Anything/>") << 0 << QStringList();
+        << 0 << QStringList({"Integer:A", "Boolean:B", "IPString:C", "EndChar:D"}) << QString();
+    QTest::newRow("empty root") << QByteArray("<Anything/>") << 0 << QStringList() << QString();
     QTest::newRow("malformed") << QByteArray("<AlgorithmTab><Integer Name=\"A\"></AlgorithmTab>") << -1
-                               << QStringList();
-    QTest::newRow("missing file") << QByteArray() << -1 << QStringList();
+                               << QStringList() << "[HostXml] [parseFile@";
+    QTest::newRow("not xml at all") << QByteArray("garbage \x01\x02") << -1 << QStringList()
+                                    << "[HostXml] [parseFile@";
+    QTest::newRow("missing file") << QByteArray() << -1 << QStringList() << "[HostXml] [parseFile@";
 }
 
 void tst_ModuXMLManage::parse()
@@ -50,6 +54,9 @@ void tst_ModuXMLManage::parse()
     QFETCH(QByteArray, content);
     QFETCH(int, result);
     QFETCH(QStringList, items);
+    QFETCH(QString, logged);
+    HostLog::clearCaptured();
+    HostLog::setCaptureEnabled(true);
     QFile::remove(m_dir.filePath(QStringLiteral("TestModule/TestModuleAlgorithmTab.xml")));
     if (!content.isEmpty())
         write(QStringLiteral("TestModule/TestModuleAlgorithmTab.xml"), content);
@@ -62,6 +69,17 @@ void tst_ModuXMLManage::parse()
     };
     QCOMPARE(ModuXMLManage::Instance()->ParseModuTabXML(QStringLiteral("TestModule"), m_dir.path(), events), result);
     QCOMPARE(seen, items);
+
+    const QList<LogRecord> records = HostLog::captured();
+    HostLog::setCaptureEnabled(false);
+    if (logged.isEmpty()) {
+        QVERIFY(records.isEmpty());
+    } else {
+        QCOMPARE(records.size(), 1);
+        QCOMPARE(records.first().tag, QStringLiteral("HostXml"));
+        QVERIFY2(records.first().message.startsWith(logged), qPrintable(records.first().message));
+        QVERIFY(records.first().message.contains(QStringLiteral("TestModuleAlgorithmTab.xml")));
+    }
 }
 
 void tst_ModuXMLManage::parse_namedFile_readsThatFile()

@@ -17,6 +17,8 @@ private slots:
     void record_formatsAndCaptures();
     void record_writesTimestampedLineToFile();
     void longRecord_isCutNotOverrun();
+    void longRecord_neverEndsInHalfACharacter_data();
+    void longRecord_neverEndsInHalfACharacter();
     void concurrentWriters_loseNoRecord();
 
 private:
@@ -79,6 +81,34 @@ void tst_Slog::longRecord_isCutNotOverrun()
     QVERIFY(message.size() > 1000);
     QVERIFY(message.size() < big.size());
     QVERIFY(message.count(QLatin1Char('x')) == message.size());
+}
+
+// The record buffer holds 8191 bytes of text; a three-byte character that
+// straddles its end is dropped whole.
+void tst_Slog::longRecord_neverEndsInHalfACharacter_data()
+{
+    QTest::addColumn<int>("prefix");
+    QTest::addColumn<int>("expectedChinese");
+    QTest::newRow("one byte of the character fits") << 8190 << 0;
+    QTest::newRow("two bytes of the character fit") << 8189 << 0;
+    QTest::newRow("the character fits exactly") << 8188 << 1;
+}
+
+void tst_Slog::longRecord_neverEndsInHalfACharacter()
+{
+    QFETCH(int, prefix);
+    QFETCH(int, expectedChinese);
+    const QByteArray text = QByteArray(prefix, 'x') + QByteArray("通信管理");
+    Slog_LogPrint("CommManager", 4, "%s", text.constData());
+    const QString message = HostLog::captured().value(0).message;
+    QCOMPARE(message.count(QLatin1Char('x')), prefix);
+    QCOMPARE(message.size(), prefix + expectedChinese);
+    QVERIFY(!message.contains(QChar::ReplacementCharacter));
+
+    QFile file(HostLog::logFile());
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray line = file.readAll();
+    QVERIFY(line.endsWith(QByteArray(expectedChinese ? "x通\n" : "x\n")));
 }
 
 void tst_Slog::concurrentWriters_loseNoRecord()

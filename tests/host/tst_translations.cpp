@@ -49,7 +49,21 @@ TsFile readTs(const QString &path)
 // key -> the file that uses it
 using Usage = QMap<QString, QString>;
 
-void collect(const QString &root, const QStringList &filters, const QList<QRegularExpression> &patterns, Usage &out)
+QString asIs(const QString &key)
+{
+    return key;
+}
+
+// "0xe000000a" or "0xE000000A" -> "0xE000000A", the key form of an error code.
+QString errorCodeKey(const QString &literal)
+{
+    bool ok = false;
+    const quint32 value = literal.toUInt(&ok, 16);
+    return ok ? QStringLiteral("0x") + QString::number(value, 16).toUpper() : QString();
+}
+
+void collect(const QString &root, const QStringList &filters, const QList<QRegularExpression> &patterns, Usage &out,
+             QString (*toKey)(const QString &) = asIs)
 {
     QDirIterator it(root, filters, QDir::Files, QDirIterator::Subdirectories);
     while (it.hasNext()) {
@@ -61,7 +75,7 @@ void collect(const QString &root, const QStringList &filters, const QList<QRegul
         for (const QRegularExpression &re : patterns) {
             auto matches = re.globalMatch(text);
             while (matches.hasNext()) {
-                const QString key = matches.next().captured(1).trimmed();
+                const QString key = toKey(matches.next().captured(1).trimmed());
                 if (!key.isEmpty() && !out.contains(key))
                     out.insert(key, QDir(QStringLiteral(COMM_SOURCE_DIR)).relativeFilePath(path));
             }
@@ -94,7 +108,11 @@ void tst_Translations::initTestCase()
 
     const QList<QRegularExpression> code = {
         QRegularExpression(QStringLiteral("(?:qsLMTr|lumoraTr)\\(\\s*(?:QStringLiteral\\(|QString\\()?\\s*\"([^\"]+)\"")),
+        QRegularExpression(QStringLiteral("(?:qsLMTr|lumoraTr)\\(\\s*'([^']+)'")),
         QRegularExpression(QStringLiteral("Translate\\(\\s*\"Lumora\"\\s*,\\s*\"([^\"]+)\"")),
+        // Keys kept in tables and translated later (menus, tabs): any literal
+        // that has the form of a key.
+        QRegularExpression(QStringLiteral("[\"']((?:Lang_|Lnag_|RunParam_|Tab_)[^\"'\\n]+)[\"']")),
     };
     collect(src + QStringLiteral("/src"), {"*.cpp", "*.h", "*.qml", "*.js"}, code, m_lumora);
     collect(src + QStringLiteral("/app"), {"*.cpp", "*.h"}, code, m_lumora);
@@ -106,6 +124,13 @@ void tst_Translations::initTestCase()
     // The device type names are shown translated in the device list.
     collect(src + QStringLiteral("/data/modules"), {"DeviceItemInfo.xml"},
             {QRegularExpression(QStringLiteral("<Name>([^<]+)</Name>"))}, m_lumora);
+
+    // Error codes written as literals where a text is asked for.
+    const QList<QRegularExpression> codeLiterals = {
+        QRegularExpression(QStringLiteral("(?:qsErrTr|ERRORCODE_TR)\\(\\s*(?:quint32\\(|int\\()?\\s*0[xX]([0-9A-Fa-f]+)")),
+        QRegularExpression(QStringLiteral("Translate\\(\\s*\"ErrorCode\"\\s*,\\s*\"0[xX]([0-9A-Fa-f]+)\"")),
+    };
+    collect(src + QStringLiteral("/src"), {"*.cpp", "*.h", "*.qml", "*.js"}, codeLiterals, m_errorCodes, errorCodeKey);
 
     QFile codes(src + QStringLiteral("/gateway/include/GwErrorCodes.h"));
     QVERIFY(codes.open(QIODevice::ReadOnly));

@@ -1,22 +1,138 @@
 import QtQuick 2.15
+import QtQuick.Layouts 1.15
 import comm.devicesManager 1.0
 
+// Root of the communication page: title bar (dragging moves the window, the
+// close button hides it), the navigation bar and the page stack.
 Rectangle {
     id: root
     width: 1130
     height: 680
-    color: "#f5f5f5"
+    color: "#F5F6F8"
+
+    readonly property bool hasMainWindow: typeof MainWindow !== "undefined" && MainWindow !== null
+    property int currentTab: 0
+    // Only the device manager is active; the event, trigger, response and
+    // heartbeat pages are kept switched off.
+    readonly property var tabs: [
+        { key: "Lang_DeviceManager", icon: "deviceMng", active: true },
+        { key: "Lang_RecvEvents", icon: "recvMsg", active: false },
+        { key: "RunParam_Send Event", icon: "sendMsg", active: false },
+        { key: "Lang_TriggerOperate", icon: "trigger", active: false },
+        { key: "Lang_ResponseConfig", icon: "respond", active: false },
+        { key: "Lang_Heart", icon: "heart", active: false }
+    ]
 
     Rectangle {
         id: titleBar
-        width: parent.width
+        objectName: "titleBar"
+        anchors { left: parent.left; right: parent.right; top: parent.top }
         height: 32
         color: "#262626"
+
+        MouseArea {
+            id: dragArea
+            anchors.fill: parent
+            property point pressPos
+            onPressed: pressPos = Qt.point(mouse.x, mouse.y)
+            onPositionChanged: {
+                if (!root.hasMainWindow)
+                    return
+                MainWindow.x += mouse.x - pressPos.x
+                MainWindow.y += mouse.y - pressPos.y
+            }
+        }
         Text {
-            anchors.verticalCenter: parent.verticalCenter
-            x: 12
+            objectName: "titleText"
+            anchors { left: parent.left; leftMargin: 12; verticalCenter: parent.verticalCenter }
+            font.pixelSize: 13
             color: "#BEBEBE"
             text: DevicesManager.qsLMTr("Lang_CommSet")
+        }
+        MouseArea {
+            id: closeButton
+            objectName: "closeButton"
+            anchors { right: parent.right; top: parent.top; bottom: parent.bottom }
+            width: 40
+            hoverEnabled: true
+            onClicked: if (root.hasMainWindow) MainWindow.ViewHide()
+            Rectangle {
+                anchors.fill: parent
+                color: closeButton.pressed ? "#C43C3C" : (closeButton.containsMouse ? "#E5484D" : "transparent")
+            }
+            Image {
+                anchors.centerIn: parent
+                source: "qrc:/Images/259_close_12rollover2.png"
+            }
+        }
+    }
+
+    Rectangle {
+        id: navigationBar
+        objectName: "navigationBar"
+        anchors { left: parent.left; top: titleBar.bottom; bottom: parent.bottom }
+        width: 97
+        color: "#333333"
+
+        Column {
+            Repeater {
+                id: tabButtons
+                model: root.tabs
+                delegate: MouseArea {
+                    id: tab
+                    objectName: "tab_" + modelData.icon
+                    readonly property bool current: index === root.currentTab
+                    visible: modelData.active
+                    width: 96
+                    height: 92
+                    hoverEnabled: true
+                    onClicked: root.currentTab = index
+                    Rectangle {
+                        anchors.fill: parent
+                        color: tab.current ? "#262626" : (tab.containsMouse ? "#3B3B3B" : "transparent")
+                    }
+                    Rectangle {
+                        visible: tab.current
+                        width: 3
+                        height: parent.height
+                        color: "#4C9AFF"
+                    }
+                    Column {
+                        anchors.centerIn: parent
+                        spacing: 8
+                        Image {
+                            anchors.horizontalCenter: parent.horizontalCenter
+                            source: "qrc:/Images/ic_" + modelData.icon
+                                    + (!tab.enabled ? "_disable.png" : tab.current || tab.pressed ? "_click.png" : "_normal.png")
+                        }
+                        Text {
+                            anchors.horizontalCenter: parent.horizontalCenter
+                            width: 88
+                            horizontalAlignment: Text.AlignHCenter
+                            elide: Text.ElideRight
+                            font.pixelSize: 12
+                            color: tab.current ? "#FFFFFF" : "#BEBEBE"
+                            text: DevicesManager.qsLMTr(modelData.key)
+                        }
+                    }
+                }
+            }
+        }
+        Rectangle {
+            anchors { right: parent.right; top: parent.top; bottom: parent.bottom }
+            width: 1
+            color: "#262626"
+        }
+    }
+
+    StackLayout {
+        id: pages
+        objectName: "pageStack"
+        anchors { left: navigationBar.right; right: parent.right; top: titleBar.bottom; bottom: parent.bottom }
+        currentIndex: 0
+        DeviceManagementView {
+            id: deviceManagement
+            objectName: "deviceManagementView"
         }
     }
 }

@@ -1,0 +1,25 @@
+import QtQuick 2.15
+import comm.devicesManager 1.0
+
+// Address table of a fieldbus device (the table itself comes with the
+// address views; this frame holds its place in the parameter panel).
+Rectangle {
+    id: root
+    property var pItemData: null
+
+    width: 730
+    height: 500
+    visible: pItemData ? pItemData.visibility : true
+    color: "#FFFFFF"
+    border.color: "#D9DDE3"
+    radius: 3
+
+    Text {
+        x: 12
+        y: 10
+        font.pixelSize: 13
+        font.bold: true
+        color: "#333333"
+        text: root.pItemData ? DevicesManager.qsLMTr(root.pItemData.displayName) : ""
+    }
+}

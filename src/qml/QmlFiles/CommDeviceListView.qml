@@ -1,0 +1,229 @@
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import comm.devicesManager 1.0
+
+// The device list: type and name of every device with its connect switch,
+// the "create" button and the right-click menu (rename, delete).
+Rectangle {
+    id: root
+    property int currentDeviceID: -1
+    signal messageRequested(int type, string text)
+
+    color: "#FFFFFF"
+
+    function activateMainWindow() {
+        if (typeof MainWindow !== "undefined" && MainWindow)
+            MainWindow.requestActivate()
+    }
+    function createDevice(devType, devDisplayName) {
+        var id = DevicesManager.createCommDevice(devType, devDisplayName)
+        if (id !== -1 && id >= 0) {
+            root.currentDeviceID = id
+            createDlg.close()
+        }
+        activateMainWindow()
+    }
+    function deleteDevice(id) {
+        root.currentDeviceID = DevicesManager.deleteCommDevice(id)
+    }
+    function renameDevice(id, name) {
+        var renamed = DevicesManager.changeDeviceName(id, name)
+        activateMainWindow()
+        return renamed
+    }
+
+    // With nothing selected yet, the first device is shown (the list may be
+    // loaded after the page).
+    function selectFirstIfNone() {
+        var list = DevicesManager.commDeviceList
+        if (root.currentDeviceID < 0 && list.length > 0)
+            root.currentDeviceID = list[0].deviceID
+    }
+    Component.onCompleted: selectFirstIfNone()
+    Connections {
+        target: DevicesManager
+        function onCommDeviceListChanged() { root.selectFirstIfNone() }
+    }
+
+    Item {
+        id: header
+        anchors { left: parent.left; right: parent.right; top: parent.top }
+        height: 44
+        Text {
+            anchors { left: parent.left; leftMargin: 16; right: createButton.left; rightMargin: 8; verticalCenter: parent.verticalCenter }
+            elide: Text.ElideRight
+            font.pixelSize: 14
+            font.bold: true
+            color: "#333333"
+            text: DevicesManager.qsLMTr("Lang_ComDeviceList")
+        }
+        MouseArea {
+            id: createButton
+            objectName: "createButton"
+            anchors { right: parent.right; rightMargin: 10; verticalCenter: parent.verticalCenter }
+            width: createRow.width + 12
+            height: 28
+            hoverEnabled: true
+            onClicked: createDlg.openFor()
+            Rectangle {
+                anchors.fill: parent
+                radius: 4
+                color: createButton.containsMouse ? "#E8EEF9" : "transparent"
+            }
+            Row {
+                id: createRow
+                anchors.centerIn: parent
+                spacing: 4
+                Image {
+                    anchors.verticalCenter: parent.verticalCenter
+                    source: createButton.pressed || createButton.containsMouse
+                            ? "qrc:/Images/ic_add_click.png" : "qrc:/Images/ic_add_normal.png"
+                }
+                Text {
+                    anchors.verticalCenter: parent.verticalCenter
+                    font.pixelSize: 12
+                    color: createButton.containsMouse ? "#2F7CF6" : "#5B6B7F"
+                    text: DevicesManager.qsLMTr("create")
+                }
+            }
+        }
+        Rectangle {
+            anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
+            height: 1
+            color: "#E0DFDE"
+        }
+    }
+
+    ListView {
+        id: list
+        objectName: "deviceList"
+        anchors { left: parent.left; right: parent.right; top: header.bottom; bottom: parent.bottom }
+        clip: true
+        boundsBehavior: Flickable.StopAtBounds
+        model: DevicesManager.commDeviceList
+        ScrollBar.vertical: ScrollBar {}
+        delegate: Rectangle {
+            id: row
+            objectName: "deviceRow" + index
+            readonly property var device: modelData
+            readonly property bool selected: device && device.deviceID === root.currentDeviceID
+            width: list.width
+            height: 56
+            color: selected ? "#E8EEF9" : (rowArea.containsMouse ? "#F5F6F8" : "#FFFFFF")
+
+            Rectangle {
+                visible: row.selected
+                width: 3
+                height: parent.height
+                color: "#2F7CF6"
+            }
+            MouseArea {
+                id: rowArea
+                anchors.fill: parent
+                hoverEnabled: true
+                acceptedButtons: Qt.LeftButton | Qt.RightButton
+                onClicked: {
+                    root.currentDeviceID = row.device.deviceID
+                    if (mouse.button === Qt.RightButton)
+                        contextMenu.openAt(row.device, mapToItem(list, mouse.x, mouse.y))
+                }
+            }
+            Column {
+                anchors { left: parent.left; leftMargin: 16; right: connectSwitch.left; rightMargin: 8; verticalCenter: parent.verticalCenter }
+                spacing: 3
+                Text {
+                    objectName: "deviceType"
+                    width: parent.width
+                    elide: Text.ElideRight
+                    font.pixelSize: 11
+                    color: "#8A94A3"
+                    text: row.device ? DevicesManager.qsLMTr(row.device.deviceType) : ""
+                }
+                Text {
+                    objectName: "deviceName"
+                    width: parent.width
+                    elide: Text.ElideRight
+                    font.pixelSize: 13
+                    color: "#333333"
+                    text: row.device ? row.device.deviceName : ""
+                }
+            }
+            LmSwitchButton {
+                id: connectSwitch
+                objectName: "connectSwitch"
+                anchors { right: parent.right; rightMargin: 14; verticalCenter: parent.verticalCenter }
+                switchStatus: row.device ? row.device.connectState : false
+                onSwitchClicked: {
+                    if (row.device && status !== row.device.connectState)
+                        row.device.setConnectState(status)
+                }
+            }
+            // The switch follows the device: a start that the gateway refused
+            // puts it back.
+            Connections {
+                target: row.device
+                function onConnectStateChanged() { connectSwitch.switchStatus = row.device.connectState }
+                function onMessageBox(nMsgBoxType, strMsg) { root.messageRequested(nMsgBoxType, strMsg) }
+            }
+            Rectangle {
+                anchors { left: parent.left; right: parent.right; bottom: parent.bottom; leftMargin: 16 }
+                height: 1
+                color: "#F0F0F0"
+            }
+        }
+    }
+
+    Popup {
+        id: contextMenu
+        objectName: "deviceMenu"
+        property var device: null
+        width: 120
+        padding: 1
+        background: Rectangle { color: "#FFFFFF"; border.color: "#C3C9D1"; radius: 2 }
+        // Opens at the press, moved up when it would leave the list.
+        function openAt(device, pos) {
+            contextMenu.device = device
+            contextMenu.x = Math.min(pos.x, list.width - width)
+            contextMenu.y = list.y + Math.min(pos.y, list.height - implicitHeight)
+            open()
+        }
+        contentItem: Column {
+            Repeater {
+                model: [{ key: "Lang_Rename", name: "menuRename" }, { key: "Lang_Delete", name: "menuDelete" }]
+                delegate: MouseArea {
+                    objectName: modelData.name
+                    width: 118
+                    height: 30
+                    hoverEnabled: true
+                    onClicked: {
+                        contextMenu.close()
+                        if (modelData.key === "Lang_Rename")
+                            renameDlg.openFor(contextMenu.device)
+                        else
+                            root.deleteDevice(contextMenu.device.deviceID)
+                    }
+                    Rectangle { anchors.fill: parent; color: parent.containsMouse ? "#E8EEF9" : "transparent" }
+                    Text {
+                        anchors { left: parent.left; leftMargin: 14; verticalCenter: parent.verticalCenter }
+                        font.pixelSize: 12
+                        color: "#333333"
+                        text: DevicesManager.qsLMTr(modelData.key)
+                    }
+                }
+            }
+        }
+    }
+
+    CommManagementDlg {
+        id: createDlg
+        onCreateCommDevice: root.createDevice(devType, devDisplayName)
+        onMessageRequested: root.messageRequested(type, text)
+    }
+    NameChangedDlg {
+        id: renameDlg
+        onNameAccepted: {
+            if (root.renameDevice(deviceId, name))
+                close()
+        }
+    }
+}

@@ -1,0 +1,198 @@
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import comm.devicesManager 1.0
+import "HexText.js" as HexText
+
+// The selected device: its parameter panel, the receive panel and, for
+// stream devices, the send panel.
+Rectangle {
+    id: root
+    property int currentDeviceID: -1
+    property var currentDevice: null
+    readonly property bool fieldbusDevice: currentDevice !== null && DevicesManager.checkPLCDevice(currentDevice.deviceID)
+    readonly property var sendData: DevicesManager.sendDataNormalDevice
+    property alias itemPanel: panel
+    signal messageRequested(int type, string text)
+
+    color: "#F5F6F8"
+
+    function findDevice(id) {
+        var list = DevicesManager.commDeviceList
+        for (var i = 0; i < list.length; ++i) {
+            if (list[i] && list[i].deviceID === id)
+                return list[i]
+        }
+        return null
+    }
+    function selectDevice(id) {
+        if (id < 0)
+            return
+        panel.build([])
+        currentDevice = findDevice(id)
+        if (currentDevice)
+            panel.build(DevicesManager.getCurrentDeviceItems(id))
+    }
+    onCurrentDeviceIDChanged: selectDevice(currentDeviceID)
+    Component.onCompleted: selectDevice(currentDeviceID)
+
+    Connections {
+        target: DevicesManager
+        // A deleted device takes its controls with it.
+        function onCommDeviceListChanged() {
+            if (root.currentDevice && root.findDevice(root.currentDeviceID) === null) {
+                panel.build([])
+                root.currentDevice = null
+            }
+        }
+    }
+    SectionHeading {
+        id: paramsHeading
+        anchors { left: parent.left; right: parent.right; top: parent.top }
+        text: DevicesManager.qsLMTr("通信参数")
+    }
+    ItemPanel {
+        id: panel
+        objectName: "itemPanel"
+        anchors { left: parent.left; right: parent.right; top: paramsHeading.bottom }
+        // Fieldbus devices leave a fixed receive panel below their address
+        // tables; stream devices give the receive panel what the items leave.
+        height: root.fieldbusDevice
+                ? Math.max(120, root.height - paramsHeading.height - 220)
+                : Math.min(contentHeight, root.height - paramsHeading.height - 250 - sendPanel.height)
+        visible: root.currentDevice !== null
+        onItemMessage: root.messageRequested(type, text)
+    }
+    Item {
+        id: recvPanel
+        objectName: "recvPanel"
+        visible: root.currentDevice !== null
+        anchors { left: parent.left; right: parent.right; top: panel.bottom; bottom: sendPanel.visible ? sendPanel.top : parent.bottom }
+
+        SectionHeading {
+            id: recvHeading
+            anchors { left: parent.left; right: parent.right; top: parent.top }
+            text: DevicesManager.qsLMTr("接收数据")
+            CheckBox {
+                id: showHex
+                objectName: "recvHexCheck"
+                anchors { right: recvClear.left; rightMargin: 12; verticalCenter: parent.verticalCenter }
+                text: DevicesManager.qsLMTr("ShownAsHex")
+                font.pixelSize: 12
+                padding: 0
+            }
+            LmButton {
+                id: recvClear
+                objectName: "recvClear"
+                primary: false
+                height: 24
+                anchors { right: parent.right; rightMargin: 16; verticalCenter: parent.verticalCenter }
+                text: DevicesManager.qsLMTr("Clear")
+                onClicked: if (root.currentDevice) root.currentDevice.clearRecvDatas()
+            }
+        }
+        Rectangle {
+            anchors { left: parent.left; right: parent.right; top: recvHeading.bottom; bottom: parent.bottom
+                      leftMargin: 16; rightMargin: 16; bottomMargin: 8 }
+            color: "#FFFFFF"
+            border.color: "#D9DDE3"
+            radius: 3
+            ListView {
+                id: recvList
+                objectName: "recvList"
+                anchors.fill: parent
+                anchors.margins: 4
+                clip: true
+                boundsBehavior: Flickable.StopAtBounds
+                model: root.currentDevice ? (showHex.checked ? root.currentDevice.recvHexDataList
+                                                             : root.currentDevice.recvDataList) : []
+                onCountChanged: positionViewAtEnd()
+                ScrollBar.vertical: ScrollBar {
+                    objectName: "recvScrollBar"
+                    policy: recvList.count > 8 ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
+                }
+                delegate: Text {
+                    width: recvList.width - 12
+                    height: 20
+                    verticalAlignment: Text.AlignVCenter
+                    elide: Text.ElideRight
+                    font.pixelSize: 12
+                    font.family: "monospace"
+                    color: "#333333"
+                    text: modelData
+                }
+            }
+        }
+    }
+    Item {
+        id: sendPanel
+        objectName: "sendPanel"
+        visible: root.currentDevice !== null && !root.fieldbusDevice
+        anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
+        height: visible ? 84 : 0
+
+        SectionHeading {
+            id: sendHeading
+            anchors { left: parent.left; right: parent.right; top: parent.top }
+            text: DevicesManager.qsLMTr("发送数据")
+            CheckBox {
+                id: hexSend
+                objectName: "hexSendCheck"
+                anchors { right: parent.right; rightMargin: 16; verticalCenter: parent.verticalCenter }
+                text: DevicesManager.qsLMTr("16进制发送")
+                font.pixelSize: 12
+                padding: 0
+                checked: root.sendData.hexEnable
+                onToggled: root.switchHex(checked)
+            }
+        }
+        Rectangle {
+            id: sendFrame
+            anchors { left: parent.left; right: sendButton.left; top: sendHeading.bottom; leftMargin: 16; rightMargin: 10 }
+            height: 30
+            color: "#FFFFFF"
+            border.color: sendField.activeFocus ? "#2F7CF6" : "#C3C9D1"
+            radius: 3
+            TextInput {
+                id: sendField
+                objectName: "sendField"
+                anchors.fill: parent
+                anchors.leftMargin: 8
+                anchors.rightMargin: 8
+                verticalAlignment: TextInput.AlignVCenter
+                clip: true
+                selectByMouse: true
+                font.pixelSize: 12
+                color: "#333333"
+                text: root.sendData.text
+                onTextChanged: root.sendData.setText(text)
+                Keys.onReturnPressed: event.accepted = true
+                Keys.onEnterPressed: event.accepted = true
+            }
+        }
+        LmButton {
+            id: sendButton
+            objectName: "sendButton"
+            anchors { right: sendClear.left; rightMargin: 10; verticalCenter: sendFrame.verticalCenter }
+            text: DevicesManager.qsLMTr("send")
+            onClicked: DevicesManager.gwSendData(root.currentDeviceID, sendField.text)
+        }
+        LmButton {
+            id: sendClear
+            objectName: "sendClear"
+            primary: false
+            anchors { right: parent.right; rightMargin: 16; verticalCenter: sendFrame.verticalCenter }
+            text: DevicesManager.qsLMTr("Clear")
+            onClicked: {
+                sendField.text = ""
+                root.sendData.setText("")
+            }
+        }
+    }
+
+    // Ticking "send as hex" rewrites the field into hexadecimal codes,
+    // unticking turns the codes back into text.
+    function switchHex(enable) {
+        sendData.setHexEnable(enable)
+        sendField.text = enable ? HexText.toHex(sendField.text) : HexText.fromHex(sendField.text)
+    }
+}

@@ -1,0 +1,26 @@
+import QtQuick 2.15
+
+// Heading of a panel section: a short accent mark and the title; children are
+// placed on the heading's line (check boxes, buttons).
+Item {
+    id: root
+    property string text
+    implicitHeight: 36
+
+    Rectangle {
+        x: 16
+        anchors.verticalCenter: parent.verticalCenter
+        width: 3
+        height: 14
+        color: "#2F7CF6"
+    }
+    Text {
+        objectName: "headingText"
+        x: 25
+        anchors.verticalCenter: parent.verticalCenter
+        font.pixelSize: 13
+        font.bold: true
+        color: "#333333"
+        text: root.text
+    }
+}

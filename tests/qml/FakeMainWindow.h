@@ -1,0 +1,37 @@
+#pragma once
+// Stands in for the module window ("MainWindow") in the QML tests: records
+// what the page asks of it.
+
+#include <QObject>
+
+class FakeMainWindow : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(int x READ x WRITE setX NOTIFY xChanged)
+    Q_PROPERTY(int y READ y WRITE setY NOTIFY yChanged)
+    Q_PROPERTY(int hideCount READ hideCount NOTIFY hideCountChanged)
+
+public:
+    using QObject::QObject;
+
+    int x() const { return m_x; }
+    void setX(int x) { m_x = x; emit xChanged(); }
+    int y() const { return m_y; }
+    void setY(int y) { m_y = y; emit yChanged(); }
+    int hideCount() const { return m_hideCount; }
+
+    Q_INVOKABLE void ViewHide() { ++m_hideCount; emit hideCountChanged(); }
+    Q_INVOKABLE void requestActivate() {}
+    Q_INVOKABLE void repaintWindow() {}
+    Q_INVOKABLE void reset() { m_x = 0; m_y = 0; m_hideCount = 0; }
+
+signals:
+    void xChanged();
+    void yChanged();
+    void hideCountChanged();
+
+private:
+    int m_x = 0;
+    int m_y = 0;
+    int m_hideCount = 0;
+};

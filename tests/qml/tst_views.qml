@@ -1,0 +1,328 @@
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import QtQuick.Window 2.15
+import QtTest 1.15
+import comm.devicesManager 1.0
+import test.gateway 1.0
+import "qrc:/QmlFiles"
+
+// The device page against the devices manager on the fake gateway.
+Item {
+    id: page
+    width: 1033
+    height: 648
+
+    Component { id: managementView; DeviceManagementView { width: 1033; height: 648 } }
+    Component { id: spy; SignalSpy {} }
+
+    TestCase {
+        name: "DeviceViews"
+        when: windowShown
+        property var view: null
+
+        function init() {
+            TestGateway.reset()
+        }
+        function cleanup() {
+            if (view)
+                view.messageBoxes.closeAll()
+            view = null
+        }
+        // Devices on the gateway, then the page.
+        function openPage(devices) {
+            var ids = []
+            for (var i = 0; i < devices.length; ++i)
+                ids.push(TestGateway.addModule(devices[i].type, devices[i].name))
+            TestGateway.loadDevices()
+            TestGateway.clearCalls()
+            view = createTemporaryObject(managementView, page)
+            verify(view !== null)
+            return ids
+        }
+        function device(id) { return DevicesManager.getDeviceById(id) }
+        function rowOf(index) {
+            var list = findChild(view.deviceListView, "deviceList")
+            tryVerify(function() { return list.itemAtIndex(index) !== null })
+            return list.itemAtIndex(index)
+        }
+
+        function test_selectingADeviceBuildsItsControls_data() {
+            return [
+                { tag: "TCP server", type: "TcpServerModule", fieldbus: false },
+                { tag: "TCP client", type: "TcpClientModule", fieldbus: false },
+                { tag: "UDP", type: "UdpModule", fieldbus: false },
+                { tag: "serial port", type: "SerialModule", fieldbus: false },
+                { tag: "PROFINET", type: "ProfinetModule", fieldbus: true },
+                { tag: "EtherNet/IP", type: "EipModule", fieldbus: true }
+            ]
+        }
+        function test_selectingADeviceBuildsItsControls(data) {
+            var ids = openPage([{ type: "TcpServerModule", name: "first" }, { type: data.type, name: "second" }])
+            view.currentDeviceID = ids[1]
+            var params = view.paramsView
+            var grid = findChild(params, "paramGrid")
+            var single = findChild(params, "singleColumn")
+            var items = DevicesManager.getCurrentDeviceItems(ids[1])
+            var gridItems = [], singleItems = []
+            for (var i = 0; i < items.length; ++i) {
+                if (!items[i])
+                    continue
+                var wide = items[i].qmlName === "ReadOnlyText.qml" || items[i].qmlName === "AddressDataSet.qml"
+                ;(wide ? singleItems : gridItems).push(items[i])
+            }
+            compare(grid.children.length, gridItems.length)
+            compare(single.children.length, singleItems.length)
+            for (var g = 0; g < gridItems.length; ++g) {
+                var cell = grid.children[g]
+                compare(cell.pItemData, gridItems[g].data, "grid follows the item order")
+                compare(cell.width, 340)
+                compare(cell.height, 30)
+                compare(cell.visible, gridItems[g].data.visibility)
+                if (cell.leftMargin !== undefined) {
+                    compare(cell.leftMargin, 10)
+                    compare(cell.controlSpace, 160)
+                }
+            }
+            // Two columns: every even cell starts a row.
+            if (gridItems.length > 1 && grid.children[1].visible && grid.children[0].visible)
+                compare(grid.children[1].y, grid.children[0].y)
+            for (var s = 0; s < singleItems.length; ++s) {
+                var wideCell = single.children[s]
+                var address = singleItems[s].qmlName === "AddressDataSet.qml"
+                compare(wideCell.width, address ? 730 : 340)
+                compare(wideCell.height, address ? 500 : 30)
+            }
+            compare(findChild(params, "sendPanel").visible, !data.fieldbus)
+            verify(findChild(params, "recvPanel").visible)
+        }
+
+        function test_reselectingReplacesTheControls() {
+            var ids = openPage([{ type: "TcpServerModule", name: "a" }, { type: "SerialModule", name: "b" }])
+            view.currentDeviceID = ids[0]
+            view.currentDeviceID = ids[1]
+            var grid = findChild(view.paramsView, "paramGrid")
+            var serialItems = DevicesManager.getCurrentDeviceItems(ids[1])
+            tryVerify(function() { return grid.children.length === serialItems.length })
+            for (var i = 0; i < grid.children.length; ++i)
+                compare(grid.children[i].pItemData, serialItems[i].data)
+        }
+
+        function test_connectSwitch_data() {
+            return [
+                { tag: "accepted start", refuse: false, state: true, boxes: 0 },
+                { tag: "refused start springs back", refuse: true, state: false, boxes: 1 }
+            ]
+        }
+        function test_connectSwitch(data) {
+            var ids = openPage([{ type: "TcpServerModule", name: "srv" }])
+            if (data.refuse)
+                TestGateway.answerKey("SetModuleParam", "ConnectState", 0xE00000FF)
+            var opened = createTemporaryObject(spy, page, { target: view.messageBoxes, signalName: "opened" })
+            var sw = findChild(rowOf(0), "connectSwitch")
+            compare(sw.switchStatus, false)
+            mouseClick(sw)
+            compare(TestGateway.callCount("SetModuleParam"), 1)
+            compare(device(ids[0]).connectState, data.state)
+            compare(sw.switchStatus, data.state)
+            compare(opened.count, data.boxes)
+            if (data.boxes > 0)
+                compare(view.messageBoxes.lastBox.iconSource, "qrc:/Images/error.png")
+        }
+
+        function test_switchFollowsTheDevice() {
+            var ids = openPage([{ type: "TcpServerModule", name: "srv" }])
+            var sw = findChild(rowOf(0), "connectSwitch")
+            mouseClick(sw)
+            compare(sw.switchStatus, true)
+            device(ids[0]).setConnectState(false)
+            compare(sw.switchStatus, false)
+        }
+
+        function test_messageBoxIcon_data() {
+            return [
+                { tag: "ask", type: 0, icon: "ask.png", yesNo: true },
+                { tag: "warning", type: 1, icon: "warning.png", yesNo: false },
+                { tag: "error", type: 2, icon: "error.png", yesNo: false },
+                { tag: "success", type: 3, icon: "ok.png", yesNo: false },
+                { tag: "information", type: 4, icon: "default.png", yesNo: false }
+            ]
+        }
+        function test_messageBoxIcon(data) {
+            openPage([])
+            DevicesManager.messageBox(data.type, "text of the box")
+            var box = view.messageBoxes.lastBox
+            verify(box !== null)
+            compare(box.msgText, "text of the box")
+            compare(findChild(box.contentItem, "msgIcon").source, "qrc:/Images/" + data.icon)
+            compare(findChild(box.contentItem, "msgYes").visible, data.yesNo)
+            compare(findChild(box.contentItem, "msgNo").visible, data.yesNo)
+            compare(findChild(box.contentItem, "msgConfirm").visible, !data.yesNo)
+            compare(box.width, 290)
+            compare(box.height, 155)
+            var answered = createTemporaryObject(spy, page, { target: box, signalName: "accepted" })
+            mouseClick(findChild(box.contentItem, data.yesNo ? "msgYes" : "msgConfirm"))
+            compare(answered.count, 1)
+            tryCompare(view.messageBoxes, "lastBox", null)
+            compare(view.messageBoxes.openBoxes.length, 0)
+        }
+
+        function test_itemMessageOpensABox() {
+            var ids = openPage([{ type: "TcpServerModule", name: "srv" }])
+            view.currentDeviceID = ids[0]
+            TestGateway.answer("SetModuleParam", 0xE00000FF)
+            var opened = createTemporaryObject(spy, page, { target: view.messageBoxes, signalName: "opened" })
+            var grid = findChild(view.paramsView, "paramGrid")
+            for (var i = 0; i < grid.children.length; ++i) {
+                if (grid.children[i].pItemData.objectName === "MaxConnections") {
+                    var input = findChild(grid.children[i], "rangeInput")
+                    input.forceActiveFocus()
+                    input.selectAll()
+                    keyClick("9")
+                    keyClick(Qt.Key_Return)
+                }
+            }
+            compare(opened.count, 1)
+            compare(view.messageBoxes.lastBox.msgType, 2)
+        }
+
+        function test_hexSendRewritesTheField() {
+            var ids = openPage([{ type: "TcpServerModule", name: "srv" }])
+            view.currentDeviceID = ids[0]
+            var field = findChild(view.paramsView, "sendField")
+            var hex = findChild(view.paramsView, "hexSendCheck")
+            var sendData = DevicesManager.sendDataNormalDevice
+            field.text = "AB"
+            compare(sendData.text, "AB")
+            mouseClick(hex)
+            compare(sendData.hexEnable, true)
+            compare(field.text, "41 42")
+            compare(sendData.text, "41 42")
+            field.forceActiveFocus()
+            field.cursorPosition = field.text.length
+            keyClick("4")
+            keyClick(Qt.Key_Return)
+            compare(field.text, "41 424", "Return stays out of the field")
+            mouseClick(hex)
+            compare(sendData.hexEnable, false)
+            compare(field.text, "AB")
+            compare(sendData.text, "AB")
+        }
+
+        function test_send_data() {
+            return [
+                { tag: "connected device sends the field", connected: true, writes: 1, boxes: 0 },
+                { tag: "stopped device asks to switch it on", connected: false, writes: 0, boxes: 1 }
+            ]
+        }
+        function test_send(data) {
+            var ids = openPage([{ type: "TcpServerModule", name: "srv" }])
+            view.currentDeviceID = ids[0]
+            device(ids[0]).setConnectState(data.connected)
+            TestGateway.clearCalls()
+            var opened = createTemporaryObject(spy, page, { target: view.messageBoxes, signalName: "opened" })
+            findChild(view.paramsView, "sendField").text = "hello"
+            mouseClick(findChild(view.paramsView, "sendButton"))
+            compare(TestGateway.callCount("WriteString"), data.writes)
+            if (data.writes > 0) {
+                compare(TestGateway.lastText("WriteString"), "hello")
+                compare(TestGateway.lastModuleId("WriteString"), ids[0])
+            }
+            compare(opened.count, data.boxes)
+        }
+
+        function test_sendClearEmptiesTheField() {
+            var ids = openPage([{ type: "TcpServerModule", name: "srv" }])
+            view.currentDeviceID = ids[0]
+            findChild(view.paramsView, "sendField").text = "hello"
+            mouseClick(findChild(view.paramsView, "sendClear"))
+            compare(findChild(view.paramsView, "sendField").text, "")
+            compare(DevicesManager.sendDataNormalDevice.text, "")
+        }
+
+        function test_receivePanel_data() {
+            return [
+                { tag: "few entries as text", entries: 3, hex: false, scrollBar: false },
+                { tag: "few entries as hex", entries: 3, hex: true, scrollBar: false },
+                { tag: "more than eight entries scroll", entries: 9, hex: false, scrollBar: true }
+            ]
+        }
+        function test_receivePanel(data) {
+            var ids = openPage([{ type: "TcpServerModule", name: "srv" }])
+            view.currentDeviceID = ids[0]
+            var text = [], hex = []
+            for (var i = 0; i < data.entries; ++i) {
+                text.push("[t] A" + i)
+                hex.push("[t] [41][3" + i + "]")
+            }
+            device(ids[0]).recvDataList = text
+            device(ids[0]).recvHexDataList = hex
+            var list = findChild(view.paramsView, "recvList")
+            if (data.hex)
+                mouseClick(findChild(view.paramsView, "recvHexCheck"))
+            tryCompare(list, "count", data.entries)
+            compare(list.model[0], data.hex ? hex[0] : text[0])
+            compare(findChild(view.paramsView, "recvScrollBar").policy === ScrollBar.AlwaysOn, data.scrollBar)
+            mouseClick(findChild(view.paramsView, "recvClear"))
+            tryCompare(list, "count", 0)
+            compare(device(ids[0]).recvDataList.length, 0)
+        }
+
+        function test_menu_data() {
+            return [
+                { tag: "delete removes the device", action: "menuDelete" },
+                { tag: "rename asks for the name", action: "menuRename" }
+            ]
+        }
+        function test_menu(data) {
+            var ids = openPage([{ type: "TcpServerModule", name: "one" }, { type: "UdpModule", name: "two" }])
+            var row = rowOf(1)
+            mouseClick(row, 40, 20, Qt.RightButton)
+            compare(view.currentDeviceID, ids[1])
+            var menu = findChild(view.deviceListView, "deviceMenu")
+            tryCompare(menu, "visible", true)
+            var entry = findChild(menu.contentItem, data.action)
+            mouseClick(entry)
+            if (data.action === "menuDelete") {
+                compare(TestGateway.callCount("DeleteModule"), 1)
+                compare(TestGateway.lastModuleId("DeleteModule"), ids[1])
+                tryCompare(findChild(view.deviceListView, "deviceList"), "count", 1)
+                compare(view.currentDeviceID, 0, "the selection is the returned code")
+                return
+            }
+            var field = null
+            tryVerify(function() { field = findChild(page.Window.contentItem, "renameField"); return field && field.visible })
+            compare(field.text, "two")
+            field.selectAll()
+            keyClick(Qt.Key_Delete)
+            keyClick("x")
+            keyClick(Qt.Key_Return)
+            compare(TestGateway.callCount("UpdateModule"), 1)
+            compare(device(ids[1]).deviceName, "x")
+            tryCompare(field, "visible", false)
+        }
+
+        function test_createThroughTheDialog() {
+            openPage([])
+            mouseClick(findChild(view.deviceListView, "createButton"))
+            var root = page.Window.contentItem
+            var confirm = null
+            tryVerify(function() { confirm = findChild(root, "createConfirm"); return confirm && confirm.visible })
+            var typeBox = findChild(root, "typeBox")
+            var preview = findChild(root, "previewPanel")
+            var previewGrid = findChild(preview, "paramGrid")
+            var first = DevicesManager.commDevices[0]
+            compare(typeBox.currentIndex, 0)
+            verify(previewGrid.children.length > 0, "the type's items are previewed")
+            var name = findChild(root, "nameField").text
+            verify(name.length > 0, "a default name is offered")
+            mouseClick(confirm)
+            compare(TestGateway.callCount("AddModule"), 1)
+            compare(TestGateway.lastText("AddModule"), first)
+            var created = DevicesManager.commDeviceList
+            compare(created.length, 1)
+            compare(created[0].deviceName, name)
+            compare(view.currentDeviceID, created[0].deviceID)
+            tryCompare(confirm, "visible", false)
+        }
+    }
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "GwConnection.h"
+#include "GwPlatform.h"
+#include "GwWireWriter.h"
+
+#include <memory>
+#include <mutex>
+#include <vector>
+
+// The library's process-wide state: the connection to the gateway and the
+// registered callbacks. Every GW_PF_* function goes through here.
+class GwClient
+{
+public:
+    static GwClient &instance();
+
+    uint32_t init(const char *host, int port);
+    uint32_t deinit();
+    // Sends a request built with request() and waits for its reply.
+    GwConnection::Reply call(GwWireWriter &request);
+    static GwWireWriter request(uint16_t op);
+
+    void setResultCallback(GW_RESULT_CALLBACK callback, void *userData);
+    void setEventCallback(GW_EVENT_CALLBACK callback, void *userData);
+    void setRecvEventCallback(GW_RECV_EVENT_CALLBACK callback, void *userData);
+
+private:
+    GwClient() = default;
+    void onPush(const GwFrame &frame);
+    std::shared_ptr<GwConnection> connection();
+
+    std::mutex m_connMutex;
+    std::shared_ptr<GwConnection> m_conn;
+    // Connections closed from their own callback thread wait here until
+    // that thread has surely left them.
+    std::vector<std::shared_ptr<GwConnection>> m_retired;
+
+    std::mutex m_callbackMutex;
+    GW_RESULT_CALLBACK m_resultCallback = nullptr;
+    void *m_resultUserData = nullptr;
+    GW_EVENT_CALLBACK m_eventCallback = nullptr;
+    void *m_eventUserData = nullptr;
+    GW_RECV_EVENT_CALLBACK m_recvEventCallback = nullptr;
+    void *m_recvEventUserData = nullptr;
+};

@@ -1,0 +1,277 @@
+#include "GwConnection.h"
+
+#include "GwErrorCodes.h"
+
+#include <arpa/inet.h>
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace {
+constexpr int kConnectTimeoutCapMs = 1000;
+constexpr size_t kReadChunk = 256 * 1024;
+// Pushes waiting for the callbacks: beyond this the newest are dropped, so a
+// callback that does not keep up cannot make the host's memory grow.
+constexpr size_t kMaxPendingPushBytes = 32 * 1024 * 1024;
+
+void logLine(const char *fmt, const char *detail)
+{
+    std::fprintf(stderr, "gwplatform: ");
+    std::fprintf(stderr, fmt, detail);
+    std::fprintf(stderr, "\n");
+}
+
+void setNonBlocking(int fd, bool on)
+{
+    const int flags = fcntl(fd, F_GETFL, 0);
+    fcntl(fd, F_SETFL, on ? (flags | O_NONBLOCK) : (flags & ~O_NONBLOCK));
+}
+} // namespace
+
+GwConnection::GwConnection(PushHandler onPush, int timeoutMs)
+    : m_onPush(std::move(onPush)), m_timeoutMs(timeoutMs)
+{
+}
+
+GwConnection::~GwConnection()
+{
+    close();
+}
+
+uint32_t GwConnection::open(const std::string &host, int port)
+{
+    sockaddr_in addr{};
+    addr.sin_family = AF_INET;
+    addr.sin_port = htons(uint16_t(port));
+    if (port < 1 || port > 65535 || inet_pton(AF_INET, host.c_str(), &addr.sin_addr) != 1)
+        return GW_ERR_CONNECT_FAILED;
+
+    m_fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    m_wakeFd = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    if (m_fd < 0 || m_wakeFd < 0)
+        return GW_ERR_CONNECT_FAILED;
+    setNonBlocking(m_fd, true);
+    if (::connect(m_fd, reinterpret_cast<sockaddr *>(&addr), sizeof(addr)) != 0) {
+        if (errno != EINPROGRESS)
+            return GW_ERR_CONNECT_FAILED;
+        pollfd p{m_fd, POLLOUT, 0};
+        const int ready = ::poll(&p, 1, std::min(m_timeoutMs, kConnectTimeoutCapMs));
+        if (ready == 0)
+            return GW_ERR_TIMEOUT;
+        int err = 0;
+        socklen_t len = sizeof(err);
+        getsockopt(m_fd, SOL_SOCKET, SO_ERROR, &err, &len);
+        if (ready < 0 || err != 0)
+            return GW_ERR_CONNECT_FAILED;
+    }
+    setNonBlocking(m_fd, false);
+    const int one = 1;
+    setsockopt(m_fd, IPPROTO_TCP, TCP_NODELAY, &one, sizeof(one));
+    // A gateway that stops reading cannot hold a sender longer than the call
+    // timeout.
+    timeval tv{m_timeoutMs / 1000, (m_timeoutMs % 1000) * 1000};
+    setsockopt(m_fd, SOL_SOCKET, SO_SNDTIMEO, &tv, sizeof(tv));
+
+    m_usable = true;
+    m_reader = std::thread([this] { readLoop(); });
+    m_dispatcher = std::thread([this] { dispatchLoop(); });
+    m_readerId = m_reader.get_id();
+    m_dispatcherId = m_dispatcher.get_id();
+    return GW_OK;
+}
+
+bool GwConnection::isOwnThread() const
+{
+    const std::thread::id self = std::this_thread::get_id();
+    return self == m_readerId || self == m_dispatcherId;
+}
+
+void GwConnection::close()
+{
+    std::lock_guard<std::mutex> closing(m_closeMutex);
+    m_usable = false;
+    if (m_fd >= 0)
+        ::shutdown(m_fd, SHUT_RDWR); // wakes a sender blocked on a full socket
+    if (m_wakeFd >= 0) {
+        const uint64_t one = 1;
+        (void)!::write(m_wakeFd, &one, sizeof(one));
+    }
+    {
+        std::lock_guard<std::mutex> lock(m_pushMutex);
+        m_stopping = true;
+    }
+    m_pushReady.notify_all();
+    for (std::thread *t : {&m_reader, &m_dispatcher}) {
+        if (!t->joinable())
+            continue;
+        if (t->get_id() == std::this_thread::get_id())
+            t->detach(); // the owner keeps this object alive until that thread is done
+        else
+            t->join();
+    }
+    failWaiters(GW_ERR_CONNECTION_LOST);
+    std::lock_guard<std::mutex> sending(m_sendMutex);
+    if (m_fd >= 0)
+        ::close(m_fd);
+    if (m_wakeFd >= 0)
+        ::close(m_wakeFd);
+    m_fd = m_wakeFd = -1;
+}
+
+GwConnection::Reply GwConnection::call(std::string frame)
+{
+    Reply reply;
+    if (!m_usable || frame.size() < kGwHeaderSize) {
+        reply.code = GW_ERR_CONNECTION_LOST;
+        return reply;
+    }
+    Waiter waiter;
+    uint32_t seq = 0;
+    {
+        std::lock_guard<std::mutex> lock(m_waitMutex);
+        seq = m_nextSeq++;
+        if (m_nextSeq == 0)
+            m_nextSeq = 1;
+        m_waiters[seq] = &waiter;
+    }
+    std::memcpy(&frame[4], &seq, sizeof(seq));
+    bool sent = false;
+    {
+        std::lock_guard<std::mutex> lock(m_sendMutex);
+        sent = m_usable && sendAll(frame);
+    }
+    std::unique_lock<std::mutex> lock(m_waitMutex);
+    if (sent) {
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(m_timeoutMs);
+        m_replied.wait_until(lock, deadline, [&] { return waiter.done; });
+    }
+    m_waiters.erase(seq);
+    if (waiter.done)
+        return std::move(waiter.reply);
+    reply.code = sent ? GW_ERR_TIMEOUT : GW_ERR_CONNECTION_LOST;
+    return reply;
+}
+
+bool GwConnection::sendAll(const std::string &bytes)
+{
+    size_t done = 0;
+    while (done < bytes.size()) {
+        const ssize_t n = ::send(m_fd, bytes.data() + done, bytes.size() - done, MSG_NOSIGNAL);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0)
+            return false;
+        done += size_t(n);
+    }
+    return true;
+}
+
+void GwConnection::readLoop()
+{
+    std::string chunk(kReadChunk, '\0');
+    pollfd fds[2] = {{m_fd, POLLIN, 0}, {m_wakeFd, POLLIN, 0}};
+    while (true) {
+        const int ready = ::poll(fds, 2, -1);
+        if (ready < 0 && errno == EINTR)
+            continue;
+        if (ready < 0 || fds[1].revents)
+            return;
+        const ssize_t n = ::recv(m_fd, &chunk[0], chunk.size(), 0);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0) {
+            if (m_usable)
+                fail("the gateway closed the connection");
+            return;
+        }
+        m_decoder.append(chunk.data(), size_t(n));
+        GwFrame frame;
+        GwFrameDecoder::Status status;
+        while ((status = m_decoder.next(frame)) == GwFrameDecoder::Status::Frame)
+            handleFrame(frame);
+        if (status == GwFrameDecoder::Status::Error) {
+            fail("malformed frame from the gateway (" + m_decoder.error() + ")");
+            return;
+        }
+    }
+}
+
+void GwConnection::handleFrame(GwFrame &frame)
+{
+    if (frame.kind == GwFrameKind::Reply) {
+        std::lock_guard<std::mutex> lock(m_waitMutex);
+        auto it = m_waiters.find(frame.seq);
+        if (it == m_waiters.end())
+            return; // its caller timed out and left
+        Waiter *waiter = it->second;
+        if (frame.payload.size() < sizeof(uint32_t)) {
+            waiter->reply.code = GW_ERR_PROTOCOL;
+        } else {
+            std::memcpy(&waiter->reply.code, frame.payload.data(), sizeof(uint32_t));
+            waiter->reply.payload = frame.payload.substr(sizeof(uint32_t));
+        }
+        waiter->done = true;
+        m_replied.notify_all();
+        return;
+    }
+    if (frame.kind != GwFrameKind::Event && frame.kind != GwFrameKind::Result)
+        return; // a request from the gateway has no meaning; ignore it
+    std::lock_guard<std::mutex> lock(m_pushMutex);
+    if (m_pushBytes + frame.payload.size() > kMaxPendingPushBytes) {
+        const uint64_t dropped = ++m_dropped;
+        if (dropped == 1 || dropped % 10000 == 0)
+            std::fprintf(stderr, "gwplatform: callbacks fall behind, %llu pushed frames dropped\n",
+                         static_cast<unsigned long long>(dropped));
+        return;
+    }
+    m_pushBytes += frame.payload.size();
+    m_pushes.push_back(std::move(frame));
+    if (m_pushes.size() == 1)
+        m_pushReady.notify_one();
+}
+
+void GwConnection::dispatchLoop()
+{
+    std::deque<GwFrame> batch;
+    while (true) {
+        {
+            std::unique_lock<std::mutex> lock(m_pushMutex);
+            m_pushReady.wait(lock, [this] { return m_stopping || !m_pushes.empty(); });
+            if (m_stopping)
+                return;
+            batch.swap(m_pushes);
+            m_pushBytes = 0;
+        }
+        for (const GwFrame &frame : batch)
+            m_onPush(frame);
+        batch.clear();
+    }
+}
+
+void GwConnection::fail(const std::string &why)
+{
+    logLine("%s; connection dropped", why.c_str());
+    m_usable = false;
+    ::shutdown(m_fd, SHUT_RDWR);
+    failWaiters(why.rfind("malformed", 0) == 0 ? GW_ERR_PROTOCOL : GW_ERR_CONNECTION_LOST);
+}
+
+void GwConnection::failWaiters(uint32_t code)
+{
+    std::lock_guard<std::mutex> lock(m_waitMutex);
+    for (auto &entry : m_waiters) {
+        if (!entry.second->done) {
+            entry.second->reply.code = code;
+            entry.second->done = true;
+        }
+    }
+    m_replied.notify_all();
+}

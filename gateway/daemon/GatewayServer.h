@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QObject>
+#include <QSet>
+
+class ClientSession;
+class GatewayService;
+class QTcpServer;
+class RequestHandler;
+
+// Accepts clients on 127.0.0.1 only and sends every push to all of them.
+class GatewayServer : public QObject
+{
+    Q_OBJECT
+public:
+    GatewayServer(GatewayService &service, QObject *parent = nullptr);
+    ~GatewayServer() override;
+
+    bool listen(quint16 port);
+    quint16 port() const;
+    QString errorString() const;
+
+private:
+    void onNewConnection();
+    void broadcast(const QByteArray &frames);
+
+    GatewayService &m_service;
+    RequestHandler *m_handler;
+    QTcpServer *m_server;
+    QSet<ClientSession *> m_sessions;
+};

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QMap>
+
+// The fixed parameter set of a module type (or of a fieldbus address):
+// every key with its default and the rule its text value must follow.
+class ParamSchema
+{
+public:
+    enum class Kind { Integer, Port, Ip, LocalIp, Bool, Text, Choice, Constraints };
+
+    struct Key {
+        QByteArray name;
+        QByteArray defaultValue;
+        Kind kind;
+        int min = 0;          // Integer; Text/bytes: unused
+        int max = 0;          // Integer upper bound; Text: maximum length in bytes
+        QList<int> choices{}; // Choice
+        bool integerValued() const { return kind == Kind::Integer || kind == Kind::Port || kind == Kind::Choice; }
+    };
+
+    // The schema of a module type, or nullptr for an unknown type.
+    static const ParamSchema *forModuleType(const QByteArray &type);
+    // The schema of one address of a fieldbus module type (nullptr if none).
+    static const ParamSchema *forAddressOf(const QByteArray &type);
+
+    const Key *find(const QByteArray &name) const;
+    // GW_OK, or GW_ERR_UNKNOWN_KEY / GW_ERR_INVALID_VALUE / GW_ERR_INVALID_PORT
+    // / GW_ERR_INVALID_IP / GW_ERR_VALUE_TOO_LONG.
+    quint32 validate(const QByteArray &name, const QByteArray &value) const;
+    QMap<QByteArray, QByteArray> defaults() const;
+    const QList<Key> &keys() const { return m_keys; }
+
+    // Parses "label;min;max;default" into its three numbers.
+    static bool parseConstraints(const QByteArray &text, int *min, int *max, int *first);
+
+    explicit ParamSchema(QList<Key> keys) : m_keys(std::move(keys)) {}
+
+private:
+    QList<Key> m_keys;
+};

@@ -1,0 +1,75 @@
+#include "StreamModule.h"
+
+#include "GwErrorCodes.h"
+#include "GwPlatform.h"
+#include "StreamChannel.h"
+
+StreamModule::StreamModule(const StoredModule &stored, const ParamSchema &schema, QObject *parent)
+    : GatewayModule(stored, schema, parent), m_channel(StreamChannel::create(stored.type, this))
+{
+    if (!m_channel)
+        return;
+    const int moduleId = id();
+    connect(m_channel, &StreamChannel::linkUp, this, [this, moduleId] { emit eventRaised(GW_EVENT_CONNECTED, moduleId); },
+            Qt::QueuedConnection);
+    connect(m_channel, &StreamChannel::linkDown, this,
+            [this, moduleId] { emit eventRaised(GW_EVENT_DISCONNECTED, moduleId); }, Qt::QueuedConnection);
+    connect(m_channel, &StreamChannel::framesReceived, this,
+            [this, moduleId](const QList<QByteArray> &frames) { emit resultsReady(moduleId, -1, frames); },
+            Qt::QueuedConnection);
+    connect(m_channel, &StreamChannel::logLine, this, &GatewayModule::logLine, Qt::QueuedConnection);
+}
+
+StreamModule::~StreamModule()
+{
+    if (m_channel)
+        m_channel->close();
+}
+
+quint32 StreamModule::setOpen(bool open)
+{
+    if (!m_channel)
+        return GW_ERR_NOT_SUPPORTED;
+    if (!open) {
+        const bool wasUp = m_channel->connectState();
+        m_channel->close();
+        if (wasUp)
+            emit eventRaised(GW_EVENT_DISCONNECTED, id());
+        return GW_OK;
+    }
+    if (m_channel->isOpen())
+        m_channel->close(); // reopen so changed parameters take effect
+    return m_channel->open(values());
+}
+
+bool StreamModule::isOpen() const
+{
+    return m_channel && m_channel->isOpen();
+}
+
+bool StreamModule::connectState() const
+{
+    return m_channel && m_channel->connectState();
+}
+
+quint32 StreamModule::writeString(int addressId, const QByteArray &text)
+{
+    if (addressId != -1)
+        return GW_ERR_UNKNOWN_ADDRESS;
+    if (!m_channel)
+        return GW_ERR_NOT_SUPPORTED;
+    return m_channel->write(text);
+}
+
+quint32 StreamModule::writeValues(int addressId, int count, const QByteArray &text, bool)
+{
+    // A stream carries the values as the text they were given in.
+    if (count < 0)
+        return GW_ERR_INVALID_ARGUMENT;
+    return writeString(addressId, text);
+}
+
+QList<quint16> StreamModule::reservedPorts() const
+{
+    return m_channel ? m_channel->reservedPorts() : QList<quint16>{};
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "GatewayModule.h"
+
+#include <QPointer>
+
+class StreamChannel;
+
+// A module whose device is a byte stream (TCP client or server, UDP,
+// serial). Received frames become results of address -1; events 1 and 2
+// follow the channel's link state (the switch rule is in StreamChannel.h).
+class StreamModule : public GatewayModule
+{
+    Q_OBJECT
+public:
+    StreamModule(const StoredModule &stored, const ParamSchema &schema, QObject *parent = nullptr);
+    ~StreamModule() override;
+
+    quint32 setOpen(bool open) override;
+    bool isOpen() const override;
+    bool connectState() const override;
+    quint32 writeString(int addressId, const QByteArray &text) override;
+    quint32 writeValues(int addressId, int count, const QByteArray &text, bool isFloat) override;
+    QList<quint16> reservedPorts() const override;
+
+private:
+    StreamChannel *m_channel = nullptr;
+};

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QMap>
+#include <QObject>
+#include <QString>
+
+// A stream device of the gateway: TCP client, TCP server, UDP or serial port.
+// Each channel runs its sockets or port on a worker object in its own thread;
+// the methods below may be called from any thread and never wait on a peer.
+//
+// The switch rule. The page shows a device's switch from "ConnectState", turns
+// it off on event 2 (linkDown) and writes "true"/"false" when the operator
+// flips it. So that the switch always tells whether the device is working and
+// always stops it:
+//  - TCP server, UDP, serial: "ConnectState" is isOpen(). linkUp when opened
+//    (listening / bound / port open); linkDown only when the device fails by
+//    itself (port removed, listener error) and the channel is then closed.
+//  - TCP client: linkUp on every established connection. When an established
+//    connection is lost, linkDown fires and "ConnectState" reads false; with
+//    "AutoReconnect" true the channel keeps retrying every
+//    "ReconnectInterval" in the background and a reconnection fires linkUp
+//    (switch on again); with it false the channel closes. Failed attempts
+//    before a first connection fire nothing and "ConnectState" stays true, so
+//    an operator who switched it on sees it on and stops it with one flip.
+//    Writing false always stops every retry.
+class StreamChannel : public QObject
+{
+    Q_OBJECT
+public:
+    using Params = QMap<QByteArray, QByteArray>;
+
+    // The channel for a stream module type ("TcpClientModule",
+    // "TcpServerModule", "UdpModule", "SerialModule", "InsightModule" as a
+    // plain TCP client), or nullptr for a type that has none.
+    static StreamChannel *create(const QByteArray &moduleType, QObject *parent = nullptr);
+
+    explicit StreamChannel(QObject *parent = nullptr) : QObject(parent) {}
+    ~StreamChannel() override = default;
+
+    // Opens with the module's validated parameters. May block briefly (bind,
+    // open a port), never on a peer. GW_OK, or GW_ERR_PORT_IN_USE /
+    // GW_ERR_OPEN_FAILED / GW_ERR_INVALID_VALUE with nothing left open.
+    virtual quint32 open(const Params &params) = 0;
+    // Closes everything and stops retries; idempotent; emits nothing.
+    virtual void close() = 0;
+    virtual bool isOpen() const = 0;
+    // What "ConnectState" reads (see the switch rule above).
+    virtual bool connectState() const = 0;
+    // Queues bytes without blocking: to every peer (server), to the target
+    // (UDP), through the connection or port. GW_ERR_NOT_OPEN when closed or
+    // nobody is connected, GW_ERR_BUSY when the bounded send buffer is full.
+    virtual quint32 write(const QByteArray &bytes) = 0;
+    // Local ports held while open (listening or bound).
+    virtual QList<quint16> reservedPorts() const = 0;
+    // Frames lost because the bounded frame size was exceeded.
+    virtual quint64 droppedFrames() const = 0;
+
+signals:
+    // Emitted from the worker thread; connect with a queued connection.
+    void linkUp();
+    void linkDown();
+    // Every frame of one read, in order, each cut after the end sequence.
+    void framesReceived(const QList<QByteArray> &frames);
+    // A line for the gateway's log (refused peers, dropped frames, errors).
+    void logLine(const QString &text);
+};

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "ChannelState.h"
+#include "FrameSplitter.h"
+#include "StreamChannel.h"
+
+#include <QObject>
+#include <memory>
+
+// The part of a stream channel that lives in the channel's thread and owns
+// its sockets or port. Subclasses do one kind of device.
+class StreamWorker : public QObject
+{
+    Q_OBJECT
+public:
+    explicit StreamWorker(std::shared_ptr<ChannelState> state) : m_state(std::move(state)) {}
+
+    virtual quint32 open(const StreamChannel::Params &params) = 0;
+    virtual void close() = 0;
+    virtual void send(const QByteArray &bytes) = 0;
+
+signals:
+    void linkUp();
+    void linkDown();
+    void framesReceived(const QList<QByteArray> &frames);
+    void logLine(const QString &text);
+
+protected:
+    ChannelState &state() { return *m_state; }
+    // Splits received bytes and emits their frames in one signal.
+    void deliver(FrameSplitter &splitter, const QByteArray &bytes);
+    static int intParam(const StreamChannel::Params &params, const char *key, int fallback);
+
+private:
+    std::shared_ptr<ChannelState> m_state;
+};

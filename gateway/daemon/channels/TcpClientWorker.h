@@ -1,0 +1,36 @@
+#pragma once
+
+#include "StreamWorker.h"
+
+#include <QHostAddress>
+
+class QTcpSocket;
+class QTimer;
+
+// Connects to "TargetIP":"TargetPort" and keeps trying every
+// "ReconnectInterval" ms while open (the switch rule is in StreamChannel.h).
+class TcpClientWorker : public StreamWorker
+{
+    Q_OBJECT
+public:
+    using StreamWorker::StreamWorker;
+
+    quint32 open(const StreamChannel::Params &params) override;
+    void close() override;
+    void send(const QByteArray &bytes) override;
+
+private:
+    void connectNow();
+    void onConnected();
+    void onGone();
+    void updateBacklog();
+
+    QTcpSocket *m_socket = nullptr;
+    QTimer *m_retry = nullptr;
+    QHostAddress m_target;
+    quint16 m_port = 0;
+    bool m_autoReconnect = true;
+    bool m_established = false;
+    QByteArray m_endChar;
+    FrameSplitter m_splitter;
+};

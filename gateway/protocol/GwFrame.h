@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+// One frame of the gateway wire protocol (layout in PROTOCOL.md beside this
+// file): a 12-byte header and a payload of at most kGwMaxPayload bytes.
+enum class GwFrameKind : uint8_t {
+    Request = 1,  // client -> gateway: u16 op, then the op's fields
+    Reply = 2,    // gateway -> client: u32 code, then the op's answer fields
+    Event = 3,    // gateway -> client push: i32 type, bytes payload
+    Result = 4,   // gateway -> client push: i32 module, i32 address, bytes data
+};
+
+constexpr uint8_t kGwMagic0 = 'G';
+constexpr uint8_t kGwMagic1 = 'W';
+constexpr uint8_t kGwProtocolVersion = 1;
+constexpr size_t kGwHeaderSize = 12;
+// Large enough for a full parameter list (128 entries) and a 64 KiB frame of
+// received data; anything larger is a broken or hostile peer.
+constexpr uint32_t kGwMaxPayload = 1024 * 1024;
+
+struct GwFrame {
+    GwFrameKind kind = GwFrameKind::Request;
+    uint32_t seq = 0;
+    std::string payload;
+};
+
+// True for the kinds this protocol version defines.
+bool gwIsKnownFrameKind(uint8_t kind);

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "GwFrame.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "the wire format is written in host order");
+
+// Builds one frame: the header is reserved up front and its length patched
+// by finish(), so a frame is assembled in a single buffer.
+class GwWireWriter
+{
+public:
+    GwWireWriter(GwFrameKind kind, uint32_t seq);
+
+    GwWireWriter &u16(uint16_t value);
+    GwWireWriter &u32(uint32_t value);
+    GwWireWriter &i32(int32_t value);
+    // u32 length, then the bytes.
+    GwWireWriter &bytes(std::string_view value);
+
+    size_t payloadSize() const { return m_frame.size() - kGwHeaderSize; }
+    // The finished frame; the writer is empty afterwards.
+    std::string finish();
+
+private:
+    std::string m_frame;
+};

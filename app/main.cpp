@@ -2,6 +2,7 @@
 // host stand-ins (configuration, log file, command service), opens the module
 // and shows the page.
 #include "CommManagerModule.h"
+#include "GatewayLauncher.h"
 
 #include "HostConfig.h"
 #include "ModuleRegistry.h"
@@ -55,8 +56,8 @@ int main(int argc, char *argv[])
     parser.addHelpOption();
     QCommandLineOption lang(QStringLiteral("lang"), QStringLiteral("Language: en or zh."), QStringLiteral("lang"),
                             QStringLiteral("zh"));
-    QCommandLineOption port(QStringLiteral("gateway-port"), QStringLiteral("Port of a running gateway."),
-                            QStringLiteral("port"));
+    QCommandLineOption port(QStringLiteral("gateway-port"),
+                            QStringLiteral("Port of a running gateway (default: start one)."), QStringLiteral("port"));
     QCommandLineOption stateDir(QStringLiteral("state-dir"), QStringLiteral("Folder for the log and the gateway state."),
                                 QStringLiteral("dir"), defaultStateDir());
     QCommandLineOption screenshot(QStringLiteral("screenshot"),
@@ -69,8 +70,15 @@ int main(int argc, char *argv[])
                                                                                 : QStringLiteral("en"));
     HostLog::setLogFile(parser.value(stateDir) + QStringLiteral("/commmanager.log"));
     HostLog::setStderrLevel(4);
-    // The in-process gateway this build runs on answers on any port.
-    HostConfig::setGatewayPort(parser.isSet(port) ? parser.value(port) : QStringLiteral("0"));
+    GatewayLauncher gateway;
+    if (parser.isSet(port)) {
+        HostConfig::setGatewayPort(parser.value(port));
+    } else if (gateway.start(parser.value(stateDir))) {
+        HostConfig::setGatewayPort(QString::number(gateway.port()));
+    } else {
+        std::fprintf(stderr, "commmanager: %s\n", qPrintable(gateway.error()));
+        return 2;
+    }
     auto registry = ModuleRegistry::installDefault();
     QUICore::setInteractive(!parser.isSet(screenshot));
     if (qEnvironmentVariableIsEmpty("LM_MODULES_DIR"))

@@ -20,6 +20,14 @@ bool GatewayProcess::start(const QStringList &extraArgs)
         m_error = QStringLiteral("GATEWAYD is not set");
         return false;
     }
+    // A test built with a sanitizer may give the gateway process its own
+    // options (its Qt event delivery is not what such a test examines).
+    const QString childTsan = qEnvironmentVariable("GATEWAYD_TSAN_OPTIONS");
+    if (!childTsan.isEmpty()) {
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("TSAN_OPTIONS"), childTsan);
+        m_process.setProcessEnvironment(env);
+    }
     m_process.start(program, QStringList{QStringLiteral("--port"), QStringLiteral("0"), QStringLiteral("--state-dir"),
                                          m_stateDir.path()}
                                  + extraArgs);

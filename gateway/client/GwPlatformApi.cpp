@@ -71,6 +71,27 @@ uint32_t paramsQuery(GwOp op, int moduleId, GW_PARAM_RECORD *params, int address
     return GwRecordCodec::readPairs(call.reader, *params);
 }
 
+// Asks for an address's bytes and copies them into the caller's buffer;
+// GW_ERR_BUFFER_TOO_SMALL with *length = the size needed when they do not fit.
+uint32_t readAddressBytes(GwOp op, int moduleId, int addressId, char *buffer, int size, int *length)
+{
+    if (!length || !buffer || size < 0)
+        return GW_ERR_INVALID_ARGUMENT;
+    GwWireWriter writer = request(op);
+    writer.i32(moduleId).i32(addressId);
+    Call call(writer);
+    if (call.code() != GW_OK)
+        return call.code();
+    const std::string_view data = call.reader.bytes();
+    if (!call.reader.done())
+        return GW_ERR_PROTOCOL;
+    *length = int(data.size());
+    if (data.size() > size_t(size))
+        return GW_ERR_BUFFER_TOO_SMALL;
+    std::memcpy(buffer, data.data(), data.size());
+    return GW_OK;
+}
+
 uint32_t writeValues(GwOp op, int moduleId, int addressId, int count, const char *values)
 {
     if (!values || count < 0)
@@ -252,21 +273,7 @@ uint32_t GW_PF_ValidateAddressParams(int moduleId, GW_PARAM_RECORD *params, int 
 
 uint32_t GW_PF_ReadData(int moduleId, int addressId, int bufferSize, int *length, char *buffer)
 {
-    if (!length || !buffer || bufferSize < 0)
-        return GW_ERR_INVALID_ARGUMENT;
-    GwWireWriter writer = request(GwOp::ReadData);
-    writer.i32(moduleId).i32(addressId);
-    Call call(writer);
-    if (call.code() != GW_OK)
-        return call.code();
-    const std::string_view data = call.reader.bytes();
-    if (!call.reader.done())
-        return GW_ERR_PROTOCOL;
-    *length = int(data.size());
-    if (data.size() > size_t(bufferSize))
-        return GW_ERR_BUFFER_TOO_SMALL;
-    std::memcpy(buffer, data.data(), data.size());
-    return GW_OK;
+    return readAddressBytes(GwOp::ReadData, moduleId, addressId, buffer, bufferSize, length);
 }
 
 uint32_t GW_PF_WriteInt(int moduleId, int addressId, int count, const char *values)
@@ -322,21 +329,7 @@ uint32_t GW_PLC_WriteAddress(int moduleId, int addressId, const char *data, int 
 
 uint32_t GW_PLC_ReadAddress(int moduleId, int addressId, char *buffer, int size, int *length)
 {
-    if (!buffer || size < 0 || !length)
-        return GW_ERR_INVALID_ARGUMENT;
-    GwWireWriter writer = request(GwOp::PlcRead);
-    writer.i32(moduleId).i32(addressId);
-    Call call(writer);
-    if (call.code() != GW_OK)
-        return call.code();
-    const std::string_view data = call.reader.bytes();
-    if (!call.reader.done())
-        return GW_ERR_PROTOCOL;
-    *length = int(data.size());
-    if (data.size() > size_t(size))
-        return GW_ERR_BUFFER_TOO_SMALL;
-    std::memcpy(buffer, data.data(), data.size());
-    return GW_OK;
+    return readAddressBytes(GwOp::PlcRead, moduleId, addressId, buffer, size, length);
 }
 
 } // extern "C"

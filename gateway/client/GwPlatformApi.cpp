@@ -92,6 +92,26 @@ uint32_t readAddressBytes(GwOp op, int moduleId, int addressId, char *buffer, in
     return GW_OK;
 }
 
+// Sends a list request and fills at most `capacity` records, each zeroed and
+// then read by `readOne`; a reply with more entries or a short one is refused.
+template<typename Record, typename ReadOne>
+uint32_t listQuery(GwWireWriter &writer, Record *records, int capacity, int *count, ReadOne readOne)
+{
+    Call call(writer);
+    if (call.code() != GW_OK)
+        return call.code();
+    const uint32_t n = call.reader.u32();
+    if (!call.reader.ok() || n > uint32_t(capacity))
+        return GW_ERR_PROTOCOL;
+    for (uint32_t i = 0; i < n; ++i) {
+        std::memset(&records[i], 0, sizeof(Record));
+        if (!readOne(call.reader, records[i]))
+            return GW_ERR_PROTOCOL;
+    }
+    *count = int(n);
+    return GW_OK;
+}
+
 uint32_t writeValues(GwOp op, int moduleId, int addressId, int count, const char *values)
 {
     if (!values || count < 0)
@@ -139,25 +159,14 @@ uint32_t GW_PF_GetAllModules(GW_MODULE_INFO *modules, int capacity, int *count)
         return GW_ERR_INVALID_ARGUMENT;
     GwWireWriter writer = request(GwOp::GetAllModules);
     writer.u32(uint32_t(capacity));
-    Call call(writer);
-    if (call.code() != GW_OK)
-        return call.code();
-    const uint32_t n = call.reader.u32();
-    if (!call.reader.ok() || n > uint32_t(capacity))
-        return GW_ERR_PROTOCOL;
-    for (uint32_t i = 0; i < n; ++i) {
-        GW_MODULE_INFO &info = modules[i];
-        std::memset(&info, 0, sizeof(info));
-        info.moduleId = call.reader.i32();
-        info.state = call.reader.i32();
-        const std::string_view type = call.reader.bytes();
-        const std::string_view name = call.reader.bytes();
-        if (!call.reader.ok() || !GwRecordCodec::copyField(info.moduleType, sizeof(info.moduleType), type)
-            || !GwRecordCodec::copyField(info.displayName, sizeof(info.displayName), name))
-            return GW_ERR_PROTOCOL;
-    }
-    *count = int(n);
-    return GW_OK;
+    return listQuery(writer, modules, capacity, count, [](GwWireReader &in, GW_MODULE_INFO &info) {
+        info.moduleId = in.i32();
+        info.state = in.i32();
+        const std::string_view type = in.bytes();
+        const std::string_view name = in.bytes();
+        return in.ok() && GwRecordCodec::copyField(info.moduleType, sizeof(info.moduleType), type)
+            && GwRecordCodec::copyField(info.displayName, sizeof(info.displayName), name);
+    });
 }
 
 uint32_t GW_PF_AddModule(const char *moduleType, const char *displayName, int *moduleId)
@@ -218,22 +227,11 @@ uint32_t GW_PF_GetModuleAllAddressInfo(int moduleId, GW_ADDRESS_INFO *addresses,
         return GW_ERR_INVALID_ARGUMENT;
     GwWireWriter writer = request(GwOp::GetAddresses);
     writer.i32(moduleId).u32(uint32_t(capacity));
-    Call call(writer);
-    if (call.code() != GW_OK)
-        return call.code();
-    const uint32_t n = call.reader.u32();
-    if (!call.reader.ok() || n > uint32_t(capacity))
-        return GW_ERR_PROTOCOL;
-    for (uint32_t i = 0; i < n; ++i) {
-        GW_ADDRESS_INFO &info = addresses[i];
-        std::memset(&info, 0, sizeof(info));
-        info.addressId = call.reader.i32();
-        const std::string_view name = call.reader.bytes();
-        if (!call.reader.ok() || !GwRecordCodec::copyField(info.addressName, sizeof(info.addressName), name))
-            return GW_ERR_PROTOCOL;
-    }
-    *count = int(n);
-    return GW_OK;
+    return listQuery(writer, addresses, capacity, count, [](GwWireReader &in, GW_ADDRESS_INFO &info) {
+        info.addressId = in.i32();
+        const std::string_view name = in.bytes();
+        return in.ok() && GwRecordCodec::copyField(info.addressName, sizeof(info.addressName), name);
+    });
 }
 
 uint32_t GW_PF_AddModuleAddressPN(int moduleId, const char *addressName, int direction, int *addressId)

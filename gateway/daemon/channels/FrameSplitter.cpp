@@ -45,8 +45,13 @@ int FrameSplitter::feed(const char *data, int size, QList<QByteArray> &frames)
         const int at = joint.indexOf(m_end);
         if (at >= 0) {
             const int fromNew = at + endSize - lookback;
-            if (!m_discarding)
-                frames.append(m_partial + QByteArray(data, fromNew));
+            // The end of an over-long run was counted when the run began.
+            if (!m_discarding) {
+                if (m_partial.size() + fromNew <= m_maxFrame)
+                    frames.append(m_partial + QByteArray(data, fromNew));
+                else
+                    ++m_dropped;
+            }
             m_partial.clear();
             m_discarding = false;
             start = fromNew;

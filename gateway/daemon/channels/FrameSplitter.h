@@ -7,7 +7,9 @@
 // in the frame). A frame may arrive over many reads, and so may the end
 // sequence itself. A run longer than the frame limit without an end sequence
 // is dropped up to and including the next end sequence and counted, so a
-// peer that never ends a frame cannot grow memory. Without an end sequence,
+// peer that never ends a frame cannot grow memory. Dropping the whole run
+// (rather than delivering its first part as a frame) keeps every delivered
+// frame a complete one ending with the end sequence. Without an end sequence,
 // bytes are delivered as they arrive, in chunks of at most the limit.
 class FrameSplitter
 {
@@ -20,6 +22,7 @@ public:
     // number of frames dropped by this call.
     int feed(const char *data, int size, QList<QByteArray> &frames);
     quint64 dropped() const { return m_dropped; }
+    int maxFrame() const { return m_maxFrame; }
     int pending() const { return m_partial.size(); }
 
 private:

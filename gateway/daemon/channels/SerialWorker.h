@@ -2,7 +2,7 @@
 
 #include "StreamWorker.h"
 
-class QSerialPort;
+#include <QSerialPort>
 
 // Opens "PortName" with the line settings (QSerialPort's codes). A port that
 // fails while open (unplugged) is closed and reported down.
@@ -17,7 +17,7 @@ public:
     void send(const QByteArray &bytes) override;
 
 private:
-    void onError();
+    void onError(QSerialPort::SerialPortError error);
 
     QSerialPort *m_port = nullptr;
     FrameSplitter m_splitter;

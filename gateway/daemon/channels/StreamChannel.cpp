@@ -1,28 +1,28 @@
 #include "StreamChannel.h"
 
-#include "SerialWorker.h"
-#include "TcpClientWorker.h"
-#include "TcpServerWorker.h"
-#include "ThreadedStreamChannel.h"
-#include "UdpWorker.h"
+#include "SerialChannel.h"
+#include "TcpClientChannel.h"
+#include "TcpServerChannel.h"
+#include "UdpChannel.h"
 
 namespace {
-template<typename Worker>
-StreamWorker *makeWorker(std::shared_ptr<ChannelState> state)
+template<typename Channel>
+StreamChannel *makeChannel(QObject *parent)
 {
-    return new Worker(std::move(state));
+    return new Channel(parent);
 }
 
-using Factory = StreamWorker *(*)(std::shared_ptr<ChannelState>);
+using Creator = StreamChannel *(*)(QObject *);
 
-const QMap<QByteArray, Factory> &factories()
+// The one place that maps a module type to its kind of channel.
+const QMap<QByteArray, Creator> &creators()
 {
-    static const QMap<QByteArray, Factory> table{
-        {"TcpClientModule", &makeWorker<TcpClientWorker>},
-        {"InsightModule", &makeWorker<TcpClientWorker>},
-        {"TcpServerModule", &makeWorker<TcpServerWorker>},
-        {"UdpModule", &makeWorker<UdpWorker>},
-        {"SerialModule", &makeWorker<SerialWorker>},
+    static const QMap<QByteArray, Creator> table{
+        {"TcpClientModule", &makeChannel<TcpClientChannel>},
+        {"InsightModule", &makeChannel<TcpClientChannel>},
+        {"TcpServerModule", &makeChannel<TcpServerChannel>},
+        {"UdpModule", &makeChannel<UdpChannel>},
+        {"SerialModule", &makeChannel<SerialChannel>},
     };
     return table;
 }
@@ -30,6 +30,6 @@ const QMap<QByteArray, Factory> &factories()
 
 StreamChannel *StreamChannel::create(const QByteArray &moduleType, QObject *parent)
 {
-    const Factory factory = factories().value(moduleType, nullptr);
-    return factory ? new ThreadedStreamChannel(factory, parent) : nullptr;
+    const Creator creator = creators().value(moduleType, nullptr);
+    return creator ? creator(parent) : nullptr;
 }

@@ -4,6 +4,7 @@
 #include "FrameSplitter.h"
 #include "StreamChannel.h"
 
+#include <QHostAddress>
 #include <QObject>
 #include <memory>
 
@@ -19,6 +20,14 @@ public:
     virtual void close() = 0;
     virtual void send(const QByteArray &bytes) = 0;
 
+    // Parameter readers: a missing key gives the fallback, a present one must
+    // parse and lie in range, else false (the caller refuses the open).
+    static bool intParam(const StreamChannel::Params &params, const char *key, int fallback, int min, int max,
+                         int &out);
+    static bool ipv4Param(const StreamChannel::Params &params, const char *key, const char *fallback,
+                          QHostAddress &out);
+    static bool boolParam(const StreamChannel::Params &params, const char *key, bool fallback, bool &out);
+
 signals:
     void linkUp();
     void linkDown();
@@ -29,7 +38,8 @@ protected:
     ChannelState &state() { return *m_state; }
     // Splits received bytes and emits their frames in one signal.
     void deliver(FrameSplitter &splitter, const QByteArray &bytes);
-    static int intParam(const StreamChannel::Params &params, const char *key, int fallback);
+    // Splits into `frames`, counting and logging what was dropped.
+    void split(FrameSplitter &splitter, const QByteArray &bytes, QList<QByteArray> &frames);
 
 private:
     std::shared_ptr<ChannelState> m_state;

@@ -5,72 +5,104 @@
 #include <QTcpSocket>
 #include <QTimer>
 
+namespace {
+// A connection attempt still pending after this long (a target that drops
+// the handshake) is abandoned and started again.
+constexpr int kConnectTimeoutMs = 3000;
+} // namespace
+
 quint32 TcpClientWorker::open(const StreamChannel::Params &params)
 {
     close();
-    const int port = intParam(params, "TargetPort", 0);
-    if (!m_target.setAddress(QString::fromLatin1(params.value("TargetIP"))) || port < 1 || port > 65535)
+    int port = 0;
+    int interval = 0;
+    bool autoReconnect = true;
+    QHostAddress target;
+    if (!ipv4Param(params, "TargetIP", "", target) || !intParam(params, "TargetPort", 0, 1, 65535, port)
+        || !intParam(params, "ReconnectInterval", 3000, 100, 24 * 3600 * 1000, interval)
+        || !boolParam(params, "AutoReconnect", true, autoReconnect))
         return GW_ERR_INVALID_VALUE;
+    m_target = target;
     m_port = quint16(port);
-    m_autoReconnect = params.value("AutoReconnect", "true").toLower() != "false";
+    m_autoReconnect = autoReconnect;
     m_endChar = params.value("EndChar");
     m_splitter = FrameSplitter(m_endChar);
-    if (!m_socket) {
-        m_socket = new QTcpSocket(this);
-        m_socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
-        connect(m_socket, &QTcpSocket::connected, this, &TcpClientWorker::onConnected);
-        connect(m_socket, &QTcpSocket::disconnected, this, &TcpClientWorker::onGone);
-        connect(m_socket, &QTcpSocket::errorOccurred, this, [this] {
-            if (m_socket->state() != QAbstractSocket::ConnectedState)
-                onGone();
-        });
-        connect(m_socket, &QTcpSocket::readyRead, this, [this] { deliver(m_splitter, m_socket->readAll()); });
-        connect(m_socket, &QTcpSocket::bytesWritten, this, &TcpClientWorker::updateBacklog);
-        m_retry = new QTimer(this);
-        m_retry->setSingleShot(true);
-        connect(m_retry, &QTimer::timeout, this, &TcpClientWorker::connectNow);
-    }
-    m_retry->setInterval(qMax(100, intParam(params, "ReconnectInterval", 3000)));
+    createSocket();
+    m_retry->setInterval(interval);
     m_established = false;
     state().open = true;
     state().connectState = true; // trying: the switch stays on until a lost connection
     connectNow();
+    m_retry->start();
     return GW_OK;
+}
+
+void TcpClientWorker::createSocket()
+{
+    if (m_socket)
+        return;
+    m_socket = new QTcpSocket(this);
+    connect(m_socket, &QTcpSocket::connected, this, &TcpClientWorker::onConnected);
+    connect(m_socket, &QTcpSocket::disconnected, this, &TcpClientWorker::onDisconnected);
+    connect(m_socket, &QTcpSocket::readyRead, this, [this] { deliver(m_splitter, m_socket->readAll()); });
+    connect(m_socket, &QTcpSocket::bytesWritten, this, &TcpClientWorker::updateBacklog);
+    m_retry = new QTimer(this);
+    connect(m_retry, &QTimer::timeout, this, &TcpClientWorker::retry);
+}
+
+// Every interval while not connected: a failed attempt is retried, one that
+// hangs is abandoned after a while.
+void TcpClientWorker::retry()
+{
+    switch (m_socket->state()) {
+    case QAbstractSocket::UnconnectedState:
+        connectNow();
+        break;
+    case QAbstractSocket::HostLookupState:
+    case QAbstractSocket::ConnectingState:
+        if (m_attempt.elapsed() >= qMax(kConnectTimeoutMs, m_retry->interval())) {
+            m_socket->abort();
+            connectNow();
+        }
+        break;
+    default:
+        break;
+    }
 }
 
 void TcpClientWorker::connectNow()
 {
-    if (!state().open || m_socket->state() != QAbstractSocket::UnconnectedState)
+    if (!state().open)
         return;
+    m_attempt.start();
     m_socket->connectToHost(m_target, m_port);
 }
 
 void TcpClientWorker::onConnected()
 {
+    m_retry->stop();
+    m_socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     m_established = true;
     state().canSend = true;
     state().connectState = true;
     emit linkUp();
 }
 
-void TcpClientWorker::onGone()
+void TcpClientWorker::onDisconnected()
 {
     state().canSend = false;
-    if (!state().open)
+    state().socketBacklog = 0;
+    if (!state().open || !m_established)
         return;
-    if (m_established) {
-        m_established = false;
-        state().connectState = false;
-        m_splitter = FrameSplitter(m_endChar); // a half frame of the old connection is gone
-        emit logLine(QStringLiteral("connection to %1:%2 lost").arg(m_target.toString()).arg(m_port));
-        emit linkDown();
-        if (!m_autoReconnect) {
-            close();
-            return;
-        }
-    }
-    if (!m_retry->isActive())
+    m_established = false;
+    state().connectState = false;
+    m_splitter = FrameSplitter(m_endChar); // a half frame of the old connection is gone
+    emit logLine(QStringLiteral("connection to %1:%2 lost").arg(m_target.toString()).arg(m_port));
+    emit linkDown();
+    if (m_autoReconnect)
         m_retry->start();
+    else
+        close();
 }
 
 void TcpClientWorker::close()

@@ -2,7 +2,7 @@
 
 #include "StreamWorker.h"
 
-#include <QHostAddress>
+#include <QElapsedTimer>
 
 class QTcpSocket;
 class QTimer;
@@ -20,13 +20,16 @@ public:
     void send(const QByteArray &bytes) override;
 
 private:
+    void createSocket();
+    void retry();
     void connectNow();
     void onConnected();
-    void onGone();
+    void onDisconnected();
     void updateBacklog();
 
     QTcpSocket *m_socket = nullptr;
     QTimer *m_retry = nullptr;
+    QElapsedTimer m_attempt; // since the pending connection attempt began
     QHostAddress m_target;
     quint16 m_port = 0;
     bool m_autoReconnect = true;

@@ -9,11 +9,13 @@ quint32 TcpServerWorker::open(const StreamChannel::Params &params)
 {
     close();
     QHostAddress local;
-    const int port = intParam(params, "LocalPort", 0);
-    if (!local.setAddress(QString::fromLatin1(params.value("LocalIP", "0.0.0.0"))) || port < 1 || port > 65535)
+    int port = 0;
+    int maxConnections = 0;
+    if (!ipv4Param(params, "LocalIP", "0.0.0.0", local) || !intParam(params, "LocalPort", 0, 1, 65535, port)
+        || !intParam(params, "MaxConnections", 8, 1, 64, maxConnections))
         return GW_ERR_INVALID_VALUE;
     m_endChar = params.value("EndChar");
-    m_maxConnections = qBound(1, intParam(params, "MaxConnections", 8), 64);
+    m_maxConnections = maxConnections;
     m_server = new QTcpServer(this);
     if (!m_server->listen(local, quint16(port))) {
         const bool inUse = m_server->serverError() == QAbstractSocket::AddressInUseError;
@@ -23,6 +25,7 @@ quint32 TcpServerWorker::open(const StreamChannel::Params &params)
         return inUse ? GW_ERR_PORT_IN_USE : GW_ERR_OPEN_FAILED;
     }
     connect(m_server, &QTcpServer::newConnection, this, &TcpServerWorker::onNewConnection);
+    connect(m_server, &QTcpServer::acceptError, this, &TcpServerWorker::onAcceptError);
     state().reservedPort = quint16(port);
     state().open = true;
     state().connectState = true;
@@ -54,10 +57,21 @@ void TcpServerWorker::onNewConnection()
     }
 }
 
+void TcpServerWorker::onAcceptError()
+{
+    emit logLine(QStringLiteral("listener on port %1 failed: %2").arg(state().reservedPort).arg(m_server->errorString()));
+    close();
+    emit linkDown();
+}
+
 void TcpServerWorker::dropPeer(QTcpSocket *peer)
 {
-    if (m_peers.remove(peer) == 0)
+    auto it = m_peers.find(peer);
+    if (it == m_peers.end())
         return;
+    if (peer->bytesAvailable() > 0)
+        deliver(it.value(), peer->readAll()); // what the peer sent just before it left
+    m_peers.erase(it);
     peer->deleteLater();
     state().canSend = !m_peers.isEmpty();
     updateBacklog();
@@ -76,8 +90,14 @@ void TcpServerWorker::close()
         peer->abort();
         peer->deleteLater();
     }
-    delete m_server;
-    m_server = nullptr;
+    if (m_server) {
+        // Closed now so the port is free when close returns; deleted later
+        // because close may run inside one of the server's own signals.
+        m_server->close();
+        m_server->disconnect(this);
+        m_server->deleteLater();
+        m_server = nullptr;
+    }
     state().socketBacklog = 0;
 }
 

@@ -21,6 +21,7 @@ public:
 
 private:
     void onNewConnection();
+    void onAcceptError();
     void dropPeer(QTcpSocket *peer);
     void updateBacklog();
 

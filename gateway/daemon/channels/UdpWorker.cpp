@@ -9,12 +9,13 @@ quint32 UdpWorker::open(const StreamChannel::Params &params)
 {
     close();
     QHostAddress local;
-    const int port = intParam(params, "LocalPort", 0);
-    const int targetPort = intParam(params, "TargetPort", 0);
-    if (!local.setAddress(QString::fromLatin1(params.value("LocalIP", "0.0.0.0")))
-        || !m_target.setAddress(QString::fromLatin1(params.value("TargetIP"))) || port < 1 || port > 65535
-        || targetPort < 1 || targetPort > 65535)
+    QHostAddress target;
+    int port = 0;
+    int targetPort = 0;
+    if (!ipv4Param(params, "LocalIP", "0.0.0.0", local) || !intParam(params, "LocalPort", 0, 1, 65535, port)
+        || !ipv4Param(params, "TargetIP", "", target) || !intParam(params, "TargetPort", 0, 1, 65535, targetPort))
         return GW_ERR_INVALID_VALUE;
+    m_target = target;
     m_targetPort = quint16(targetPort);
     m_splitter = FrameSplitter(params.value("EndChar"));
     m_socket = new QUdpSocket(this);
@@ -36,8 +37,15 @@ quint32 UdpWorker::open(const StreamChannel::Params &params)
 
 void UdpWorker::onReadyRead()
 {
-    while (m_socket && m_socket->hasPendingDatagrams())
-        deliver(m_splitter, m_socket->receiveDatagram().data());
+    QList<QByteArray> frames;
+    while (m_socket && m_socket->hasPendingDatagrams()) {
+        const QNetworkDatagram datagram = m_socket->receiveDatagram();
+        if (!datagram.isValid())
+            break; // a pending error (e.g. ICMP unreachable), not data
+        split(m_splitter, datagram.data(), frames);
+    }
+    if (!frames.isEmpty())
+        emit framesReceived(frames);
 }
 
 void UdpWorker::close()

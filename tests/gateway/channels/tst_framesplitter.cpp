@@ -34,6 +34,12 @@ void tst_FrameSplitter::feed_data()
     QTest::newRow("over-long run ends with split end") << QByteArray("\r\n") << 4 << L{"abcdefgh\r", "\nok\r\n"}
                                                        << L{"ok\r\n"} << 1;
     QTest::newRow("frame of exactly the limit") << QByteArray("\n") << 4 << L{"abc\n"} << L{"abc\n"} << 0;
+    QTest::newRow("end split across reads makes frame too long")
+        << QByteArray("\r\n") << 4 << L{"abc\r", "\nok\r\n"} << L{"ok\r\n"} << 1;
+    QTest::newRow("over-long run over many reads counted once")
+        << QByteArray("\n") << 4 << L{"abc", "def", "ghi", "jk\n", "z\n"} << L{"z\n"} << 1;
+    QTest::newRow("two over-long runs") << QByteArray("\n") << 4 << L{"abcdefg\nhijklmn\nok\n"} << L{"ok\n"} << 2;
+    QTest::newRow("no end char, read of exactly the limit") << QByteArray() << 4 << L{"abcd"} << L{"abcd"} << 0;
     QTest::newRow("empty read") << QByteArray("\n") << 8 << L{""} << L{} << 0;
 }
 

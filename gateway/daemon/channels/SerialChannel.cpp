@@ -1,0 +1,5 @@
+#include "SerialChannel.h"
+
+#include "SerialWorker.h"
+
+SerialChannel::SerialChannel(QObject *parent) : ThreadedStreamChannel(&makeWorker<SerialWorker>, parent) {}

@@ -1,0 +1,5 @@
+#include "TcpServerChannel.h"
+
+#include "TcpServerWorker.h"
+
+TcpServerChannel::TcpServerChannel(QObject *parent) : ThreadedStreamChannel(&makeWorker<TcpServerWorker>, parent) {}

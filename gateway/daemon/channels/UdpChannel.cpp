@@ -1,0 +1,5 @@
+#include "UdpChannel.h"
+
+#include "UdpWorker.h"
+
+UdpChannel::UdpChannel(QObject *parent) : ThreadedStreamChannel(&makeWorker<UdpWorker>, parent) {}

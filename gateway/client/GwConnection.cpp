@@ -18,6 +18,10 @@
 namespace {
 constexpr int kConnectTimeoutCapMs = 1000;
 constexpr size_t kReadChunk = 256 * 1024;
+// How long after the last call the reader thread takes over the socket; a
+// push arriving meanwhile waits at most this long.
+constexpr auto kReaderQuiet = std::chrono::milliseconds(2);
+constexpr int kReceiveSliceMs = 50;
 // Pushes waiting for the callbacks: beyond this the newest are dropped, so a
 // callback that does not keep up cannot make the host's memory grow.
 constexpr size_t kMaxPendingPushBytes = 32 * 1024 * 1024;
@@ -79,6 +83,11 @@ uint32_t GwConnection::open(const std::string &host, int port)
     // timeout.
     timeval tv{m_timeoutMs / 1000, (m_timeoutMs % 1000) * 1000};
     setsockopt(m_fd, SOL_SOCKET, SO_SNDTIMEO, &tv, sizeof(tv));
+    // A caller waiting for its reply blocks in recv and looks at its
+    // deadline at least this often.
+    const int slice = std::max(1, std::min(m_timeoutMs, kReceiveSliceMs));
+    timeval rtv{slice / 1000, (slice % 1000) * 1000};
+    setsockopt(m_fd, SOL_SOCKET, SO_RCVTIMEO, &rtv, sizeof(rtv));
 
     m_usable = true;
     m_reader = std::thread([this] { readLoop(); });
@@ -109,6 +118,11 @@ void GwConnection::close()
         m_stopping = true;
     }
     m_pushReady.notify_all();
+    {
+        std::lock_guard<std::mutex> lock(m_waitMutex);
+    }
+    m_changed.notify_all();
+    m_readerWake.notify_all(); // a reader thread waiting for the role sees the end
     for (std::thread *t : {&m_reader, &m_dispatcher}) {
         if (!t->joinable())
             continue;
@@ -118,6 +132,12 @@ void GwConnection::close()
             t->join();
     }
     failWaiters(GW_ERR_CONNECTION_LOST);
+    {
+        // A caller still reading (woken by the shutdown) lets go of the
+        // socket before it is closed; nobody takes the role once unusable.
+        std::unique_lock<std::mutex> lock(m_waitMutex);
+        m_changed.wait(lock, [this] { return !m_reading; });
+    }
     std::lock_guard<std::mutex> sending(m_sendMutex);
     if (m_fd >= 0)
         ::close(m_fd);
@@ -143,21 +163,81 @@ GwConnection::Reply GwConnection::call(std::string frame)
         m_waiters[seq] = &waiter;
     }
     std::memcpy(&frame[4], &seq, sizeof(seq));
+    struct CallScope {
+        GwConnection &c;
+        explicit CallScope(GwConnection &conn) : c(conn)
+        {
+            bool wake = false;
+            {
+                std::lock_guard<std::mutex> lock(c.m_waitMutex);
+                ++c.m_activeCalls;
+                wake = c.m_readerPolling;
+            }
+            if (wake)
+                c.wakeReader();
+        }
+        ~CallScope()
+        {
+            std::lock_guard<std::mutex> lock(c.m_waitMutex);
+            --c.m_activeCalls;
+            c.m_lastCallEnd = std::chrono::steady_clock::now();
+        }
+    } scope(*this);
     bool sent = false;
     {
         std::lock_guard<std::mutex> lock(m_sendMutex);
         sent = m_usable && sendAll(frame);
     }
     std::unique_lock<std::mutex> lock(m_waitMutex);
-    if (sent) {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(m_timeoutMs);
-        m_replied.wait_until(lock, deadline, [&] { return waiter.done; });
-    }
+    if (sent)
+        awaitReply(waiter, std::chrono::steady_clock::now() + std::chrono::milliseconds(m_timeoutMs), lock);
     m_waiters.erase(seq);
     if (waiter.done)
         return std::move(waiter.reply);
     reply.code = sent ? GW_ERR_TIMEOUT : GW_ERR_CONNECTION_LOST;
     return reply;
+}
+
+void GwConnection::awaitReply(Waiter &waiter, std::chrono::steady_clock::time_point deadline,
+                              std::unique_lock<std::mutex> &lock)
+{
+    while (!waiter.done && m_usable) {
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+        if (left.count() <= 0)
+            return;
+        if (m_reading) {
+            m_changed.wait_until(lock, deadline, [&] { return waiter.done || !m_reading; });
+            continue;
+        }
+        m_reading = true;
+        lock.unlock();
+        readAvailable(true); // returns by the receive timeout at the latest
+        lock.lock();
+        m_reading = false;
+        m_changed.notify_all();
+    }
+}
+
+bool GwConnection::readAvailable(bool wait)
+{
+    const ssize_t n = ::recv(m_fd, m_decoder.prepare(kReadChunk), kReadChunk, wait ? 0 : MSG_DONTWAIT);
+    if (n < 0 && (errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR))
+        return true; // another reader took it first
+    if (n <= 0) {
+        if (m_usable)
+            fail("the gateway closed the connection");
+        return false;
+    }
+    m_decoder.commit(size_t(n));
+    GwFrame frame;
+    GwFrameDecoder::Status status;
+    while ((status = m_decoder.next(frame)) == GwFrameDecoder::Status::Frame)
+        handleFrame(frame);
+    if (status == GwFrameDecoder::Status::Error) {
+        fail("malformed frame from the gateway (" + m_decoder.error() + ")");
+        return false;
+    }
+    return true;
 }
 
 bool GwConnection::sendAll(const std::string &bytes)
@@ -174,33 +254,49 @@ bool GwConnection::sendAll(const std::string &bytes)
     return true;
 }
 
+void GwConnection::wakeReader()
+{
+    const uint64_t one = 1;
+    (void)!::write(m_wakeFd, &one, sizeof(one));
+}
+
+bool GwConnection::readerTakesRole()
+{
+    std::unique_lock<std::mutex> lock(m_waitMutex);
+    while (m_usable) {
+        const auto quietFrom = m_lastCallEnd + kReaderQuiet;
+        const auto now = std::chrono::steady_clock::now();
+        if (m_reading || m_activeCalls > 0) {
+            m_readerWake.wait_for(lock, kReaderQuiet); // rechecked, never notified per call
+        } else if (now < quietFrom) {
+            m_readerWake.wait_until(lock, quietFrom);
+        } else {
+            m_reading = m_readerPolling = true;
+            return true;
+        }
+    }
+    return false;
+}
+
 void GwConnection::readLoop()
 {
-    std::string chunk(kReadChunk, '\0');
     pollfd fds[2] = {{m_fd, POLLIN, 0}, {m_wakeFd, POLLIN, 0}};
-    while (true) {
+    bool alive = true;
+    while (alive && readerTakesRole()) {
         const int ready = ::poll(fds, 2, -1);
-        if (ready < 0 && errno == EINTR)
-            continue;
-        if (ready < 0 || fds[1].revents)
-            return;
-        const ssize_t n = ::recv(m_fd, &chunk[0], chunk.size(), 0);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0) {
-            if (m_usable)
-                fail("the gateway closed the connection");
-            return;
+        if (ready > 0 && fds[1].revents) {
+            uint64_t count = 0;
+            (void)!::read(m_wakeFd, &count, sizeof(count));
         }
-        m_decoder.append(chunk.data(), size_t(n));
-        GwFrame frame;
-        GwFrameDecoder::Status status;
-        while ((status = m_decoder.next(frame)) == GwFrameDecoder::Status::Frame)
-            handleFrame(frame);
-        if (status == GwFrameDecoder::Status::Error) {
-            fail("malformed frame from the gateway (" + m_decoder.error() + ")");
-            return;
+        if (ready < 0 && errno != EINTR)
+            alive = false;
+        else if (ready > 0 && fds[0].revents)
+            alive = readAvailable(false);
+        {
+            std::lock_guard<std::mutex> lock(m_waitMutex);
+            m_reading = m_readerPolling = false;
         }
+        m_changed.notify_all();
     }
 }
 
@@ -219,7 +315,7 @@ void GwConnection::handleFrame(GwFrame &frame)
             waiter->reply.payload = frame.payload.substr(sizeof(uint32_t));
         }
         waiter->done = true;
-        m_replied.notify_all();
+        m_changed.notify_all();
         return;
     }
     if (frame.kind != GwFrameKind::Event && frame.kind != GwFrameKind::Result)
@@ -273,5 +369,5 @@ void GwConnection::failWaiters(uint32_t code)
             entry.second->done = true;
         }
     }
-    m_replied.notify_all();
+    m_changed.notify_all();
 }

@@ -4,6 +4,7 @@
 #include "GwFrameDecoder.h"
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
@@ -14,9 +15,17 @@
 #include <thread>
 
 // One loopback connection to the gateway. Requests may come from any thread
-// and wait for their reply; a reader thread takes every frame off the socket
-// and hands replies to their waiters and pushes (events, results) to a
-// dispatch thread, so a slow callback never holds up a reply.
+// and wait for their reply; pushes (events, results) go to a dispatch thread,
+// so a slow callback never holds up a reply.
+//
+// Reading the socket is a role that one thread holds at a time. A caller
+// waiting for its reply takes it when it is free and reads the socket
+// itself, so a reply wakes its caller directly rather than through another
+// thread. The reader thread takes the role once no call has been under way
+// for kReaderQuietMs, so pushes are read while nobody calls; a call that
+// finds it polling wakes it through the eventfd to let go. Whoever reads
+// hands every frame to where it belongs: replies to their waiters, pushes
+// to the dispatch queue.
 class GwConnection
 {
 public:
@@ -54,7 +63,18 @@ private:
     };
 
     bool sendAll(const std::string &bytes);
+    // Waits for `waiter` until the deadline, reading the socket whenever
+    // the role is free. m_waitMutex held.
+    void awaitReply(Waiter &waiter, std::chrono::steady_clock::time_point deadline,
+                    std::unique_lock<std::mutex> &lock);
+    // Reads what the socket holds (waiting for it at most the receive
+    // timeout when `wait`) and handles its frames; the read role held.
+    // False once the connection is gone.
+    bool readAvailable(bool wait);
     void readLoop();
+    // Waits until the reader thread may take the role; false once closing.
+    bool readerTakesRole();
+    void wakeReader();
     void dispatchLoop();
     void handleFrame(GwFrame &frame);
     void fail(const std::string &why);
@@ -63,15 +83,20 @@ private:
     PushHandler m_onPush;
     const int m_timeoutMs;
     int m_fd = -1;
-    int m_wakeFd = -1; // eventfd that stops the reader
+    int m_wakeFd = -1; // eventfd: the reader lets go of the role, or stops
     std::atomic<bool> m_usable{false};
 
     std::mutex m_sendMutex;
 
-    std::mutex m_waitMutex;
-    std::condition_variable m_replied;
+    std::mutex m_waitMutex; // guards the waiters and the read role
+    std::condition_variable m_changed; // a reply arrived or the role was freed
     std::map<uint32_t, Waiter *> m_waiters;
     uint32_t m_nextSeq = 1;
+    bool m_reading = false;       // the read role is held
+    bool m_readerPolling = false; // ... by the reader thread
+    int m_activeCalls = 0;
+    std::chrono::steady_clock::time_point m_lastCallEnd;
+    std::condition_variable m_readerWake; // close() only; the reader polls its waits
 
     std::mutex m_pushMutex;
     std::condition_variable m_pushReady;
@@ -80,7 +105,7 @@ private:
     bool m_stopping = false;
     std::atomic<uint64_t> m_dropped{0};
 
-    GwFrameDecoder m_decoder; // reader thread only
+    GwFrameDecoder m_decoder; // the read role's holder only
     std::thread m_reader;
     std::thread m_dispatcher;
     std::thread::id m_readerId;

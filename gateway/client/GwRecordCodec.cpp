@@ -1,8 +1,6 @@
 #include "GwRecordCodec.h"
 
 #include <cstring>
-#include <memory>
-#include <new>
 
 namespace GwRecordCodec {
 
@@ -50,23 +48,22 @@ uint32_t readPairs(GwWireReader &reader, GW_PARAM_RECORD &record)
         return GW_ERR_PROTOCOL;
     if (count > GW_PARAM_MAX_ENTRIES)
         return GW_ERR_BUFFER_TOO_SMALL;
-    // Decode into a scratch record first so a bad reply leaves the caller's
-    // record as it was.
-    std::unique_ptr<GW_PARAM_RECORD> scratch(new (std::nothrow) GW_PARAM_RECORD{});
-    if (!scratch)
-        return GW_ERR_NO_MEMORY;
+    // Checked in full on a copy of the reader first, so that a bad reply
+    // leaves the caller's record as it was.
+    GwWireReader check = reader;
     for (uint32_t i = 0; i < count; ++i) {
-        const std::string_view key = reader.bytes();
-        const std::string_view value = reader.bytes();
-        if (!reader.ok())
+        const size_t keySize = check.bytes().size();
+        const size_t valueSize = check.bytes().size();
+        if (!check.ok())
             return GW_ERR_PROTOCOL;
-        if (!copyField(scratch->entries[i].key, GW_PARAM_KEY_SIZE, key)
-            || !copyField(scratch->entries[i].value, GW_PARAM_VALUE_SIZE, value))
+        if (keySize >= GW_PARAM_KEY_SIZE || valueSize >= GW_PARAM_VALUE_SIZE)
             return GW_ERR_BUFFER_TOO_SMALL;
     }
-    scratch->count = int32_t(count);
-    std::memcpy(record.entries, scratch->entries, sizeof(GW_PARAM_ENTRY) * count);
-    record.count = scratch->count;
+    for (uint32_t i = 0; i < count; ++i) {
+        copyField(record.entries[i].key, GW_PARAM_KEY_SIZE, reader.bytes());
+        copyField(record.entries[i].value, GW_PARAM_VALUE_SIZE, reader.bytes());
+    }
+    record.count = int32_t(count);
     return GW_OK;
 }
 

@@ -1,5 +1,6 @@
 #include "GwFrameDecoder.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -15,8 +16,22 @@ void GwFrameDecoder::append(const char *data, size_t size)
 {
     if (hasError() || size == 0)
         return;
+    std::memcpy(prepare(size), data, size);
+    commit(size);
+}
+
+char *GwFrameDecoder::prepare(size_t size)
+{
     compact();
-    m_buffer.append(data, size);
+    if (m_buffer.size() < m_end + size)
+        m_buffer.resize(m_end + size);
+    return &m_buffer[m_end];
+}
+
+void GwFrameDecoder::commit(size_t received)
+{
+    if (!hasError())
+        m_end += std::min(received, m_buffer.size() - m_end);
 }
 
 GwFrameDecoder::Status GwFrameDecoder::next(GwFrame &frame)
@@ -48,18 +63,18 @@ GwFrameDecoder::Status GwFrameDecoder::fail(std::string text)
 {
     m_error = std::move(text);
     m_buffer.clear();
-    m_offset = 0;
+    m_offset = m_end = 0;
     return Status::Error;
 }
 
 void GwFrameDecoder::compact()
 {
     // Drop consumed bytes once they dominate, so the buffer does not creep.
-    if (m_offset == m_buffer.size()) {
-        m_buffer.clear();
-        m_offset = 0;
-    } else if (m_offset > 64 * 1024 && m_offset * 2 > m_buffer.size()) {
-        m_buffer.erase(0, m_offset);
+    if (m_offset == m_end) {
+        m_offset = m_end = 0;
+    } else if (m_offset > 64 * 1024 && m_offset * 2 > m_end) {
+        std::memmove(&m_buffer[0], &m_buffer[m_offset], m_end - m_offset);
+        m_end -= m_offset;
         m_offset = 0;
     }
 }

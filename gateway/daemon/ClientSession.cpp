@@ -7,8 +7,6 @@
 #include <QtDebug>
 
 namespace {
-// Output queued for one client beyond which pushes are dropped.
-constexpr qint64 kMaxPendingOutput = 16 * 1024 * 1024;
 constexpr qint64 kReadChunk = 256 * 1024;
 } // namespace
 
@@ -18,6 +16,11 @@ ClientSession::ClientSession(QTcpSocket *socket, RequestHandler &handler, QObjec
     socket->setParent(this);
     socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     connect(socket, &QTcpSocket::readyRead, this, &ClientSession::onReadyRead);
+    connect(socket, &QTcpSocket::bytesWritten, this, [this] {
+        m_lastTaken.start();
+        emit outputTaken();
+    });
+    m_lastTaken.start();
     connect(socket, &QTcpSocket::disconnected, this, [this] {
         if (!m_closing) {
             m_closing = true;
@@ -36,7 +39,20 @@ void ClientSession::push(const QByteArray &frames)
                      qPrintable(m_socket->peerAddress().toString()), m_dropped);
         return;
     }
+    if (m_socket->bytesToWrite() == 0)
+        m_lastTaken.start(); // idle until now: the stall clock starts with this output
     m_socket->write(frames);
+    m_socket->flush();
+}
+
+bool ClientSession::isBackedUp() const
+{
+    return !m_closing && m_socket->bytesToWrite() > kBackedUpBytes && !m_lastTaken.hasExpired(kStallMs);
+}
+
+bool ClientSession::isDrained() const
+{
+    return m_closing || m_socket->bytesToWrite() <= kDrainedBytes || m_lastTaken.hasExpired(kStallMs);
 }
 
 void ClientSession::onReadyRead()
@@ -60,6 +76,9 @@ void ClientSession::onReadyRead()
             return;
         }
     }
+    // Replies leave now rather than on the next turn of the event loop.
+    if (!m_closing)
+        m_socket->flush();
 }
 
 void ClientSession::drop(const QString &why)

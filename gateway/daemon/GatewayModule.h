@@ -37,6 +37,8 @@ public:
     virtual quint32 writeString(int addressId, const QByteArray &text) = 0;
     virtual quint32 writeValues(int addressId, int count, const QByteArray &text, bool isFloat) = 0;
     virtual QList<quint16> reservedPorts() const { return {}; }
+    // Reads what a device's peers sent while input was held.
+    virtual void resumeInput() {}
 
     // Addresses of fieldbus devices; stream devices have none.
     virtual QList<StoredAddress> addresses() const { return {}; }

@@ -6,10 +6,17 @@
 
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QTimer>
 
 GatewayServer::GatewayServer(GatewayService &service, QObject *parent)
-    : QObject(parent), m_service(service), m_handler(new RequestHandler(service)), m_server(new QTcpServer(this))
+    : QObject(parent),
+      m_service(service),
+      m_handler(new RequestHandler(service)),
+      m_server(new QTcpServer(this)),
+      m_holdCheck(new QTimer(this))
 {
+    m_holdCheck->setInterval(ClientSession::kStallMs / 4);
+    connect(m_holdCheck, &QTimer::timeout, this, &GatewayServer::updateInputHold);
     connect(m_server, &QTcpServer::newConnection, this, &GatewayServer::onNewConnection);
     connect(&m_service, &GatewayService::pushFrames, this, &GatewayServer::broadcast);
 }
@@ -43,9 +50,14 @@ void GatewayServer::onNewConnection()
     while (QTcpSocket *socket = m_server->nextPendingConnection()) {
         auto *session = new ClientSession(socket, *m_handler, this);
         m_sessions.insert(session);
+        connect(session, &ClientSession::outputTaken, this, [this] {
+            if (m_holdCheck->isActive())
+                updateInputHold();
+        });
         connect(session, &ClientSession::finished, this, [this](ClientSession *done) {
             m_sessions.remove(done);
             done->deleteLater();
+            updateInputHold();
         });
     }
 }
@@ -54,4 +66,25 @@ void GatewayServer::broadcast(const QByteArray &frames)
 {
     for (ClientSession *session : qAsConst(m_sessions))
         session->push(frames);
+    if (!m_holdCheck->isActive())
+        updateInputHold();
+}
+
+// Holds as soon as one client is backed up; resumes once all have drained.
+void GatewayServer::updateInputHold()
+{
+    bool backedUp = false;
+    bool drained = true;
+    for (ClientSession *session : qAsConst(m_sessions)) {
+        backedUp = backedUp || session->isBackedUp();
+        drained = drained && session->isDrained();
+    }
+    const bool hold = m_holdCheck->isActive() ? !drained : backedUp;
+    if (hold == m_holdCheck->isActive())
+        return;
+    if (hold)
+        m_holdCheck->start();
+    else
+        m_holdCheck->stop();
+    m_service.holdInput(hold);
 }

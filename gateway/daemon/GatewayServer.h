@@ -6,9 +6,11 @@
 class ClientSession;
 class GatewayService;
 class QTcpServer;
+class QTimer;
 class RequestHandler;
 
 // Accepts clients on 127.0.0.1 only and sends every push to all of them.
+// While a client is backed up, the devices' input is held (see ClientSession).
 class GatewayServer : public QObject
 {
     Q_OBJECT
@@ -23,9 +25,11 @@ public:
 private:
     void onNewConnection();
     void broadcast(const QByteArray &frames);
+    void updateInputHold();
 
     GatewayService &m_service;
     RequestHandler *m_handler;
     QTcpServer *m_server;
+    QTimer *m_holdCheck; // re-checks a hold, which a stalled client ends
     QSet<ClientSession *> m_sessions;
 };

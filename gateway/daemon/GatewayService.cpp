@@ -4,6 +4,7 @@
 #include "GwErrorCodes.h"
 #include "GwFrame.h"
 #include "GwWireWriter.h"
+#include "StreamChannel.h"
 #include "StreamModule.h"
 
 #include <QHostAddress>
@@ -289,11 +290,18 @@ QByteArray GatewayService::localIpList() const
     return joinTab(ips);
 }
 
+// Listing the system's ports walks sysfs and udev (some 15 ms); a page that
+// loads many serial devices asks once per device, so the list is kept for a
+// second. A port plugged in appears at the latest a second later.
 QByteArray GatewayService::serialList() const
 {
-    QStringList ports;
-    for (const QSerialPortInfo &info : QSerialPortInfo::availablePorts())
-        ports.append(info.systemLocation());
+    if (!m_serialListAge.isValid() || m_serialListAge.hasExpired(kSerialListLifeMs)) {
+        m_systemSerialPorts.clear();
+        for (const QSerialPortInfo &info : QSerialPortInfo::availablePorts())
+            m_systemSerialPorts.append(info.systemLocation());
+        m_serialListAge.start();
+    }
+    QStringList ports = m_systemSerialPorts;
     for (const QString &extra : m_serialExtras)
         if (!ports.contains(extra))
             ports.append(extra);
@@ -315,6 +323,17 @@ QByteArray GatewayService::reservedPorts() const
     return texts.join(QLatin1Char(',')).toLatin1();
 }
 
+void GatewayService::holdInput(bool hold)
+{
+    if (StreamChannel::allInputHeld() == hold)
+        return;
+    StreamChannel::holdAllInput(hold);
+    if (!hold) {
+        for (GatewayModule *module : qAsConst(m_modules))
+            module->resumeInput();
+    }
+}
+
 void GatewayService::onEvent(int type, int moduleId)
 {
     const qint32 payload = moduleId;
@@ -326,12 +345,12 @@ void GatewayService::onEvent(int type, int moduleId)
 
 void GatewayService::onResults(int moduleId, int addressId, const QList<QByteArray> &frames)
 {
-    QByteArray encoded;
+    std::string encoded;
+    encoded.reserve(size_t(StreamChannel::bytesOf(frames)) + size_t(frames.size()) * 32);
     for (const QByteArray &data : frames) {
-        GwWireWriter writer(GwFrameKind::Result, 0);
+        GwWireWriter writer(GwFrameKind::Result, 0, std::move(encoded));
         writer.i32(moduleId).i32(addressId).bytes(std::string_view(data.constData(), size_t(data.size())));
-        const std::string frame = writer.finish();
-        encoded.append(frame.data(), int(frame.size()));
+        encoded = writer.finish();
     }
-    emit pushFrames(encoded);
+    emit pushFrames(QByteArray(encoded.data(), int(encoded.size())));
 }

@@ -3,6 +3,7 @@
 #include "GatewayModule.h"
 #include "ModuleStore.h"
 
+#include <QElapsedTimer>
 #include <QMap>
 #include <QObject>
 #include <QStringList>
@@ -52,6 +53,10 @@ public:
     QByteArray serialList() const;
     QByteArray reservedPorts() const;
 
+    // Holds every stream device's input while the clients do not take the
+    // pushes as fast as they come, and resumes it when they catch up.
+    void holdInput(bool hold);
+
 signals:
     // Encoded push frames (events, results) for every connected client.
     void pushFrames(const QByteArray &frames);
@@ -66,5 +71,8 @@ private:
     ModuleStore m_store;
     QMap<int, GatewayModule *> m_modules; // children of this object
     QStringList m_serialExtras;
+    static constexpr qint64 kSerialListLifeMs = 1000;
+    mutable QStringList m_systemSerialPorts;
+    mutable QElapsedTimer m_serialListAge;
     quint16 m_listenerPort = 0;
 };

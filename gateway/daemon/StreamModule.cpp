@@ -15,7 +15,10 @@ StreamModule::StreamModule(const StoredModule &stored, const ParamSchema &schema
     connect(m_channel, &StreamChannel::linkDown, this,
             [this, moduleId] { emit eventRaised(GW_EVENT_DISCONNECTED, moduleId); }, Qt::QueuedConnection);
     connect(m_channel, &StreamChannel::framesReceived, this,
-            [this, moduleId](const QList<QByteArray> &frames) { emit resultsReady(moduleId, -1, frames); },
+            [this, moduleId](const QList<QByteArray> &frames) {
+                emit resultsReady(moduleId, -1, frames);
+                m_channel->framesTaken(StreamChannel::bytesOf(frames));
+            },
             Qt::QueuedConnection);
     connect(m_channel, &StreamChannel::logLine, this, &GatewayModule::logLine, Qt::QueuedConnection);
 }
@@ -67,6 +70,12 @@ quint32 StreamModule::writeValues(int addressId, int count, const QByteArray &te
     if (count < 0)
         return GW_ERR_INVALID_ARGUMENT;
     return writeString(addressId, text);
+}
+
+void StreamModule::resumeInput()
+{
+    if (m_channel)
+        m_channel->resumeInput();
 }
 
 QList<quint16> StreamModule::reservedPorts() const

@@ -22,6 +22,7 @@ public:
     quint32 writeString(int addressId, const QByteArray &text) override;
     quint32 writeValues(int addressId, int count, const QByteArray &text, bool isFloat) override;
     QList<quint16> reservedPorts() const override;
+    void resumeInput() override;
 
 private:
     StreamChannel *m_channel = nullptr;

@@ -2,15 +2,22 @@
 
 #include <cstring>
 
-GwWireWriter::GwWireWriter(GwFrameKind kind, uint32_t seq)
+GwWireWriter::GwWireWriter(GwFrameKind kind, uint32_t seq) : GwWireWriter(kind, seq, std::string())
 {
-    m_frame.reserve(64);
-    m_frame.resize(kGwHeaderSize);
-    m_frame[0] = char(kGwMagic0);
-    m_frame[1] = char(kGwMagic1);
-    m_frame[2] = char(kGwProtocolVersion);
-    m_frame[3] = char(kind);
-    std::memcpy(&m_frame[4], &seq, sizeof(seq));
+}
+
+GwWireWriter::GwWireWriter(GwFrameKind kind, uint32_t seq, std::string &&buffer)
+    : m_frame(std::move(buffer)), m_start(m_frame.size())
+{
+    if (m_frame.capacity() < m_start + 64)
+        m_frame.reserve(m_start + 64); // never a shrink of a buffer reserved by the caller
+    m_frame.resize(m_start + kGwHeaderSize);
+    char *header = &m_frame[m_start];
+    header[0] = char(kGwMagic0);
+    header[1] = char(kGwMagic1);
+    header[2] = char(kGwProtocolVersion);
+    header[3] = char(kind);
+    std::memcpy(header + 4, &seq, sizeof(seq));
 }
 
 GwWireWriter &GwWireWriter::u16(uint16_t value)
@@ -41,6 +48,6 @@ GwWireWriter &GwWireWriter::bytes(std::string_view value)
 std::string GwWireWriter::finish()
 {
     const uint32_t length = uint32_t(payloadSize());
-    std::memcpy(&m_frame[8], &length, sizeof(length));
+    std::memcpy(&m_frame[m_start + 8], &length, sizeof(length));
     return std::move(m_frame);
 }

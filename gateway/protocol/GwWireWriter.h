@@ -14,6 +14,9 @@ class GwWireWriter
 {
 public:
     GwWireWriter(GwFrameKind kind, uint32_t seq);
+    // Appends the frame to `buffer` (frames already written stay in front);
+    // finish() hands back the whole buffer.
+    GwWireWriter(GwFrameKind kind, uint32_t seq, std::string &&buffer);
 
     GwWireWriter &u16(uint16_t value);
     GwWireWriter &u32(uint32_t value);
@@ -21,10 +24,11 @@ public:
     // u32 length, then the bytes.
     GwWireWriter &bytes(std::string_view value);
 
-    size_t payloadSize() const { return m_frame.size() - kGwHeaderSize; }
+    size_t payloadSize() const { return m_frame.size() - m_start - kGwHeaderSize; }
     // The finished frame; the writer is empty afterwards.
     std::string finish();
 
 private:
     std::string m_frame;
+    size_t m_start = 0; // where this frame's header begins
 };

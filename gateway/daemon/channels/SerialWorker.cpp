@@ -54,7 +54,8 @@ quint32 SerialWorker::open(const StreamChannel::Params &params)
         m_port = nullptr;
         return GW_ERR_OPEN_FAILED;
     }
-    connect(m_port, &QSerialPort::readyRead, this, [this] { deliver(m_splitter, m_port->readAll()); });
+    m_port->setReadBufferSize(kReadBufferSize);
+    connect(m_port, &QSerialPort::readyRead, this, &SerialWorker::readPending);
     connect(m_port, &QSerialPort::errorOccurred, this, &SerialWorker::onError);
     connect(m_port, &QSerialPort::bytesWritten, this, [this] { state().socketBacklog = m_port->bytesToWrite(); });
     state().open = true;
@@ -62,6 +63,12 @@ quint32 SerialWorker::open(const StreamChannel::Params &params)
     state().canSend = true;
     emit linkUp();
     return GW_OK;
+}
+
+void SerialWorker::readPending()
+{
+    if (m_port)
+        take(m_port, m_splitter);
 }
 
 // A port that goes away while open reports ResourceError (unplugged adapter)

@@ -15,6 +15,7 @@ public:
     quint32 open(const StreamChannel::Params &params) override;
     void close() override;
     void send(const QByteArray &bytes) override;
+    void readPending() override;
 
 private:
     void onError(QSerialPort::SerialPortError error);

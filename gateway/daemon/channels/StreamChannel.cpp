@@ -5,6 +5,8 @@
 #include "TcpServerChannel.h"
 #include "UdpChannel.h"
 
+#include <atomic>
+
 namespace {
 template<typename Channel>
 StreamChannel *makeChannel(QObject *parent)
@@ -27,6 +29,28 @@ const QMap<QByteArray, Creator> &creators()
     return table;
 }
 } // namespace
+
+namespace {
+std::atomic<bool> g_inputHeld{false};
+} // namespace
+
+void StreamChannel::holdAllInput(bool hold)
+{
+    g_inputHeld = hold;
+}
+
+bool StreamChannel::allInputHeld()
+{
+    return g_inputHeld;
+}
+
+qint64 StreamChannel::bytesOf(const QList<QByteArray> &frames)
+{
+    qint64 total = 0;
+    for (const QByteArray &frame : frames)
+        total += frame.size();
+    return total;
+}
 
 StreamChannel *StreamChannel::create(const QByteArray &moduleType, QObject *parent)
 {

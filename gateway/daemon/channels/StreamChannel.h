@@ -57,6 +57,20 @@ public:
     // Frames lost because the bounded frame size was exceeded.
     virtual quint64 droppedFrames() const = 0;
 
+    // Flow control. A channel stops reading from its peers while more than
+    // kMaxInFlightBytes of its frames wait for the consumer, or while input
+    // is held for every channel (the gateway's clients do not keep up); the
+    // peers' own buffers then fill and TCP slows them down, so nothing is
+    // dropped and nothing grows. The consumer reports each batch it has
+    // handled with framesTaken(); resumeInput() makes a held channel read
+    // again.
+    static constexpr qint64 kMaxInFlightBytes = 4 * 1024 * 1024;
+    static void holdAllInput(bool hold);
+    static bool allInputHeld();
+    virtual void framesTaken(qint64 bytes) = 0;
+    virtual void resumeInput() = 0;
+    static qint64 bytesOf(const QList<QByteArray> &frames);
+
 signals:
     // Emitted from the worker thread; connect with a queued connection.
     void linkUp();

@@ -1,11 +1,33 @@
 #include "StreamWorker.h"
 
+#include <QIODevice>
+
+bool StreamWorker::mayRead()
+{
+    const bool held = m_state->inFlightBytes > StreamChannel::kMaxInFlightBytes || StreamChannel::allInputHeld();
+    m_state->readingHeld = held;
+    return !held;
+}
+
+void StreamWorker::take(QIODevice *device, FrameSplitter &splitter)
+{
+    if (mayRead())
+        deliver(splitter, device->readAll());
+}
+
 void StreamWorker::deliver(FrameSplitter &splitter, const QByteArray &bytes)
 {
     QList<QByteArray> frames;
     split(splitter, bytes, frames);
-    if (!frames.isEmpty())
-        emit framesReceived(frames);
+    emitFrames(frames);
+}
+
+void StreamWorker::emitFrames(const QList<QByteArray> &frames)
+{
+    if (frames.isEmpty())
+        return;
+    m_state->inFlightBytes += StreamChannel::bytesOf(frames);
+    emit framesReceived(frames);
 }
 
 void StreamWorker::split(FrameSplitter &splitter, const QByteArray &bytes, QList<QByteArray> &frames)

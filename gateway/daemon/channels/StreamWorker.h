@@ -19,6 +19,13 @@ public:
     virtual quint32 open(const StreamChannel::Params &params) = 0;
     virtual void close() = 0;
     virtual void send(const QByteArray &bytes) = 0;
+    // Reads what its peers sent while reading was held (see flow control in
+    // StreamChannel).
+    virtual void readPending() = 0;
+
+    // What a socket or port buffers on our side; beyond it the bytes stay in
+    // the kernel while reading is held.
+    static constexpr qint64 kReadBufferSize = 256 * 1024;
 
     // Parameter readers: a missing key gives the fallback, a present one must
     // parse and lie in range, else false (the caller refuses the open).
@@ -36,8 +43,14 @@ signals:
 
 protected:
     ChannelState &state() { return *m_state; }
+    // Reads what `device` has and delivers it, unless reading is held: then
+    // the bytes wait until readPending().
+    void take(QIODevice *device, FrameSplitter &splitter);
+    // False (and the hold noted) while the consumer is behind.
+    bool mayRead();
     // Splits received bytes and emits their frames in one signal.
     void deliver(FrameSplitter &splitter, const QByteArray &bytes);
+    void emitFrames(const QList<QByteArray> &frames);
     // Splits into `frames`, counting and logging what was dropped.
     void split(FrameSplitter &splitter, const QByteArray &bytes, QList<QByteArray> &frames);
 

@@ -44,10 +44,17 @@ void TcpClientWorker::createSocket()
     m_socket = new QTcpSocket(this);
     connect(m_socket, &QTcpSocket::connected, this, &TcpClientWorker::onConnected);
     connect(m_socket, &QTcpSocket::disconnected, this, &TcpClientWorker::onDisconnected);
-    connect(m_socket, &QTcpSocket::readyRead, this, [this] { deliver(m_splitter, m_socket->readAll()); });
+    m_socket->setReadBufferSize(kReadBufferSize);
+    connect(m_socket, &QTcpSocket::readyRead, this, &TcpClientWorker::readPending);
     connect(m_socket, &QTcpSocket::bytesWritten, this, &TcpClientWorker::updateBacklog);
     m_retry = new QTimer(this);
     connect(m_retry, &QTimer::timeout, this, &TcpClientWorker::retry);
+}
+
+void TcpClientWorker::readPending()
+{
+    if (m_socket)
+        take(m_socket, m_splitter);
 }
 
 // Every interval while not connected: a failed attempt is retried, one that

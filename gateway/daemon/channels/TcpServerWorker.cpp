@@ -45,16 +45,23 @@ void TcpServerWorker::onNewConnection()
             continue;
         }
         peer->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+        peer->setReadBufferSize(kReadBufferSize);
         m_peers.insert(peer, FrameSplitter(m_endChar));
         connect(peer, &QTcpSocket::readyRead, this, [this, peer] {
             auto it = m_peers.find(peer);
             if (it != m_peers.end())
-                deliver(it.value(), peer->readAll());
+                take(peer, it.value());
         });
         connect(peer, &QTcpSocket::disconnected, this, [this, peer] { dropPeer(peer); });
         connect(peer, &QTcpSocket::bytesWritten, this, &TcpServerWorker::updateBacklog);
         state().canSend = true;
     }
+}
+
+void TcpServerWorker::readPending()
+{
+    for (auto it = m_peers.begin(); it != m_peers.end(); ++it)
+        take(it.key(), it.value());
 }
 
 void TcpServerWorker::onAcceptError()

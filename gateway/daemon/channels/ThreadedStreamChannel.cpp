@@ -76,6 +76,7 @@ void ThreadedStreamChannel::serveRequests()
         QList<QByteArray> batch;
         Request request = Request::None;
         Params params;
+        bool resume = false;
         {
             std::lock_guard<std::mutex> lock(m_mutex);
             m_wakePending = false;
@@ -83,13 +84,16 @@ void ThreadedStreamChannel::serveRequests()
             request = m_request;
             if (request == Request::Open)
                 params = m_openParams;
+            std::swap(resume, m_resumeWanted);
         }
-        if (batch.isEmpty() && request == Request::None)
+        if (batch.isEmpty() && request == Request::None && !resume)
             return;
         for (const QByteArray &bytes : qAsConst(batch)) {
             m_worker->send(bytes);
             m_state->queuedBytes -= bytes.size();
         }
+        if (resume)
+            m_worker->readPending();
         if (request == Request::None)
             continue;
         quint32 rc = GW_OK;
@@ -136,6 +140,22 @@ void ThreadedStreamChannel::close()
     std::lock_guard<std::mutex> call(m_callMutex);
     std::unique_lock<std::mutex> lock(m_mutex);
     callWorker(Request::Close, lock);
+}
+
+void ThreadedStreamChannel::framesTaken(qint64 bytes)
+{
+    const int64_t left = m_state->inFlightBytes -= bytes;
+    if (left <= kMaxInFlightBytes / 2 && m_state->readingHeld && !allInputHeld())
+        resumeInput();
+}
+
+void ThreadedStreamChannel::resumeInput()
+{
+    if (!m_state->readingHeld || m_wakeFd < 0)
+        return;
+    std::lock_guard<std::mutex> lock(m_mutex);
+    m_resumeWanted = true;
+    wakeWorker();
 }
 
 quint32 ThreadedStreamChannel::write(const QByteArray &bytes)

@@ -41,6 +41,8 @@ public:
     quint32 write(const QByteArray &bytes) override;
     QList<quint16> reservedPorts() const override;
     quint64 droppedFrames() const override { return m_state->droppedFrames; }
+    void framesTaken(qint64 bytes) override;
+    void resumeInput() override;
 
 protected:
     ThreadedStreamChannel(const WorkerFactory &factory, QObject *parent);
@@ -72,6 +74,7 @@ private:
     std::condition_variable m_done;
     QList<QByteArray> m_outbox;
     bool m_wakePending = false;
+    bool m_resumeWanted = false;
     bool m_threadReady = false;
     Request m_request = Request::None;
     Params m_openParams;

@@ -26,7 +26,7 @@ quint32 UdpWorker::open(const StreamChannel::Params &params)
         m_socket = nullptr;
         return inUse ? GW_ERR_PORT_IN_USE : GW_ERR_OPEN_FAILED;
     }
-    connect(m_socket, &QUdpSocket::readyRead, this, &UdpWorker::onReadyRead);
+    connect(m_socket, &QUdpSocket::readyRead, this, &UdpWorker::readPending);
     state().reservedPort = quint16(port);
     state().open = true;
     state().connectState = true;
@@ -35,8 +35,12 @@ quint32 UdpWorker::open(const StreamChannel::Params &params)
     return GW_OK;
 }
 
-void UdpWorker::onReadyRead()
+// Datagrams left unread while reading is held stay in the kernel, which
+// drops what does not fit: UDP has no way to slow the sender.
+void UdpWorker::readPending()
 {
+    if (!mayRead())
+        return;
     QList<QByteArray> frames;
     while (m_socket && m_socket->hasPendingDatagrams()) {
         const QNetworkDatagram datagram = m_socket->receiveDatagram();
@@ -44,8 +48,7 @@ void UdpWorker::onReadyRead()
             break; // a pending error (e.g. ICMP unreachable), not data
         split(m_splitter, datagram.data(), frames);
     }
-    if (!frames.isEmpty())
-        emit framesReceived(frames);
+    emitFrames(frames);
 }
 
 void UdpWorker::close()

@@ -17,10 +17,9 @@ public:
     quint32 open(const StreamChannel::Params &params) override;
     void close() override;
     void send(const QByteArray &bytes) override;
+    void readPending() override;
 
 private:
-    void onReadyRead();
-
     QUdpSocket *m_socket = nullptr;
     QHostAddress m_target;
     quint16 m_targetPort = 0;

@@ -24,11 +24,21 @@ public:
                          Qt::DirectConnection);
         QObject::connect(
             channel, &StreamChannel::framesReceived, &m_context,
-            [this](const QList<QByteArray> &got) {
+            [this, channel](const QList<QByteArray> &got) {
                 QList<QByteArray> deep; // own bytes, not shared with the worker
                 for (const QByteArray &frame : got)
                     deep.append(QByteArray(frame.constData(), frame.size()));
-                locked([&] { m_frames += deep; });
+                const qint64 bytes = StreamChannel::bytesOf(got);
+                bool taking = true;
+                locked([&] {
+                    m_frames += deep;
+                    m_bytes += bytes;
+                    taking = m_taking;
+                    if (!taking)
+                        m_owed += bytes;
+                });
+                if (taking)
+                    channel->framesTaken(bytes);
             },
             Qt::DirectConnection);
         QObject::connect(
@@ -40,6 +50,23 @@ public:
             Qt::DirectConnection);
     }
 
+    // A consumer that falls behind: frames are kept but not reported taken
+    // until taking resumes.
+    void setTaking(StreamChannel *channel, bool taking)
+    {
+        qint64 owed = 0;
+        locked([&] {
+            m_taking = taking;
+            std::swap(owed, m_owed);
+        });
+        if (taking && owed)
+            channel->framesTaken(owed);
+    }
+    qint64 byteCount() const
+    {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        return m_bytes;
+    }
     int ups() const { return read(m_ups); }
     int downs() const { return read(m_downs); }
     int frameCount() const
@@ -85,6 +112,9 @@ private:
     int m_downs = 0;
     QList<QByteArray> m_frames;
     QStringList m_logs;
+    qint64 m_bytes = 0;
+    qint64 m_owed = 0;
+    bool m_taking = true;
 };
 
 // A loopback port nobody holds right now.

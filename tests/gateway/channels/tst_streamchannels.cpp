@@ -22,6 +22,8 @@ private slots:
     void open_portInUse_data();
     void open_portInUse();
     void server_maxConnections_refusesExtraPeer();
+    void server_heldInput_resumesWithoutLoss_data();
+    void server_heldInput_resumesWithoutLoss();
     void client_followsListener_data();
     void client_followsListener();
     void client_closeStopsRetries();
@@ -175,6 +177,51 @@ void tst_StreamChannels::server_maxConnections_refusesExtraPeer()
     third->write("third\n");
     QTRY_COMPARE(probe.frames(), (QList<QByteArray>{"first\n", "third\n"}));
     QCOMPARE(third->state(), QAbstractSocket::ConnectedState);
+}
+
+void tst_StreamChannels::server_heldInput_resumesWithoutLoss_data()
+{
+    QTest::addColumn<bool>("consumerBehind"); // else the gateway's clients are
+    QTest::newRow("consumer behind") << true;
+    QTest::newRow("clients behind") << false;
+}
+
+// While input is held the device reads no more than its bound, the peer's
+// writes back up in TCP, and once input resumes every byte arrives in order.
+void tst_StreamChannels::server_heldInput_resumesWithoutLoss()
+{
+    QFETCH(bool, consumerBehind);
+    const quint16 port = freeTcpPort();
+    ChannelPtr channel = make("TcpServerModule");
+    ChannelProbe probe(channel.get());
+    QCOMPARE(channel->open(serverParams(port, "")), GW_OK);
+    auto peer = connectedPeer(port);
+    QTRY_VERIFY(channel->write("hello") == GW_OK); // the peer is accepted
+
+    if (consumerBehind)
+        probe.setTaking(channel.get(), false);
+    else
+        StreamChannel::holdAllInput(true);
+    QByteArray sent;
+    for (int i = 0; sent.size() < 3 * StreamChannel::kMaxInFlightBytes; ++i)
+        sent += QByteArray(64 * 1024, char('a' + i % 26));
+    peer->write(sent);
+    QTest::qWait(300);
+    QTRY_VERIFY(peer->bytesToWrite() > 0); // TCP is pushing back
+    const qint64 heldAt = probe.byteCount();
+    QVERIFY2(heldAt <= StreamChannel::kMaxInFlightBytes + 1024 * 1024, QByteArray::number(heldAt));
+
+    if (consumerBehind) {
+        probe.setTaking(channel.get(), true);
+    } else {
+        StreamChannel::holdAllInput(false);
+        channel->resumeInput();
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(probe.byteCount(), qint64(sent.size()), 10000);
+    QByteArray got;
+    for (const QByteArray &frame : probe.frames())
+        got += frame;
+    QVERIFY(got == sent);
 }
 
 void tst_StreamChannels::client_followsListener_data()

@@ -22,8 +22,6 @@ public:
     Q_INVOKABLE bool filterEnable() const { return m_filterEnable; }
     Q_INVOKABLE void setFilterEnable(bool enable);
 
-    int monitoredCount() const { return m_monitored.size(); }
-
     bool eventFilter(QObject *watched, QEvent *event) override;
 
     // Half-up rounding of a global position: 2.5 -> 3, -2.5 -> -2.

@@ -65,8 +65,6 @@ private slots:
     void press_onVisibleKeyboard_emitsNothing_data();
     void press_onVisibleKeyboard_emitsNothing();
     void instances_actIndependently();
-    void setters_alwaysNotify();
-    void registerMonitorObject_ignoresNull();
 
 private:
     Probe m_target;
@@ -186,26 +184,6 @@ void tst_QGlobalEventFilter::instances_actIndependently()
         QVERIFY(!wheelReaches(&m_target));
     }
     QVERIFY(wheelReaches(&m_target)); // gone with its filter
-}
-
-void tst_QGlobalEventFilter::setters_alwaysNotify()
-{
-    QGlobalEventFilter filter;
-    QSignalSpy filterChanged(&filter, &QGlobalEventFilter::filterEnableChanged);
-    QSignalSpy wheelChanged(&filter, &QGlobalEventFilter::wheelFilterEnableChanged);
-    filter.setFilterEnable(false);
-    filter.setWheelFilterEnable(false);
-    QCOMPARE(filterChanged.count(), 1);
-    QCOMPARE(wheelChanged.count(), 1);
-}
-
-void tst_QGlobalEventFilter::registerMonitorObject_ignoresNull()
-{
-    QGlobalEventFilter filter;
-    filter.registerMonitorObject(nullptr);
-    QCOMPARE(filter.monitoredCount(), 0);
-    filter.registerMonitorObject(&m_target);
-    QCOMPARE(filter.monitoredCount(), 1);
 }
 
 QTEST_MAIN(tst_QGlobalEventFilter)

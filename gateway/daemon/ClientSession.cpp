@@ -2,89 +2,149 @@
 
 #include "RequestHandler.h"
 
-#include <QHostAddress>
-#include <QTcpSocket>
+#include <QSocketNotifier>
 #include <QtDebug>
+#include <cerrno>
+#include <fcntl.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 namespace {
-constexpr qint64 kReadChunk = 256 * 1024;
+constexpr size_t kReadChunk = 256 * 1024;
+// Reads per readiness notification, so one busy client cannot starve the
+// event loop.
+constexpr int kReadsPerTurn = 16;
 } // namespace
 
-ClientSession::ClientSession(QTcpSocket *socket, RequestHandler &handler, QObject *parent)
-    : QObject(parent), m_socket(socket), m_handler(handler)
+ClientSession::ClientSession(int fd, RequestHandler &handler, QObject *parent)
+    : QObject(parent),
+      m_fd(fd),
+      m_handler(handler),
+      m_readNotifier(new QSocketNotifier(fd, QSocketNotifier::Read, this)),
+      m_writeNotifier(new QSocketNotifier(fd, QSocketNotifier::Write, this))
 {
-    socket->setParent(this);
-    socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
-    connect(socket, &QTcpSocket::readyRead, this, &ClientSession::onReadyRead);
-    connect(socket, &QTcpSocket::bytesWritten, this, [this] {
-        m_lastTaken.start();
-        emit outputTaken();
-    });
+    ::fcntl(fd, F_SETFL, ::fcntl(fd, F_GETFL, 0) | O_NONBLOCK);
+    const int one = 1;
+    ::setsockopt(fd, IPPROTO_TCP, TCP_NODELAY, &one, sizeof(one));
+    m_writeNotifier->setEnabled(false);
+    connect(m_readNotifier, &QSocketNotifier::activated, this, &ClientSession::onReadable);
+    connect(m_writeNotifier, &QSocketNotifier::activated, this, &ClientSession::sendOutput);
     m_lastTaken.start();
-    connect(socket, &QTcpSocket::disconnected, this, [this] {
-        if (!m_closing) {
-            m_closing = true;
-            emit finished(this);
-        }
-    });
 }
 
-void ClientSession::push(const QByteArray &frames)
+ClientSession::~ClientSession()
+{
+    ::close(m_fd);
+}
+
+void ClientSession::push(const char *frames, size_t size)
 {
     if (m_closing)
         return;
-    if (m_socket->bytesToWrite() > kMaxPendingOutput) {
+    if (pendingOutput() > kMaxPendingOutput) {
         if (m_dropped++ % 10000 == 0)
-            qWarning("client %s does not read, pushed frames dropped (%llu so far)",
-                     qPrintable(m_socket->peerAddress().toString()), m_dropped);
+            qWarning("client on descriptor %d does not read, pushed frames dropped (%llu so far)", m_fd, m_dropped);
         return;
     }
-    if (m_socket->bytesToWrite() == 0)
+    if (pendingOutput() == 0)
         m_lastTaken.start(); // idle until now: the stall clock starts with this output
-    m_socket->write(frames);
-    m_socket->flush();
+    m_output.append(frames, size);
+    sendOutput();
 }
 
 bool ClientSession::isBackedUp() const
 {
-    return !m_closing && m_socket->bytesToWrite() > kBackedUpBytes && !m_lastTaken.hasExpired(kStallMs);
+    return !m_closing && pendingOutput() > kBackedUpBytes && !m_lastTaken.hasExpired(kStallMs);
 }
 
 bool ClientSession::isDrained() const
 {
-    return m_closing || m_socket->bytesToWrite() <= kDrainedBytes || m_lastTaken.hasExpired(kStallMs);
+    return m_closing || pendingOutput() <= kDrainedBytes || m_lastTaken.hasExpired(kStallMs);
 }
 
-void ClientSession::onReadyRead()
+void ClientSession::onReadable()
 {
-    m_readBuffer.resize(int(kReadChunk));
-    qint64 n;
-    while (!m_closing && (n = m_socket->read(m_readBuffer.data(), kReadChunk)) > 0) {
-        m_decoder.append(m_readBuffer.constData(), size_t(n));
-        GwFrame frame;
-        GwFrameDecoder::Status status;
-        while ((status = m_decoder.next(frame)) == GwFrameDecoder::Status::Frame) {
-            if (frame.kind != GwFrameKind::Request) {
-                drop(QStringLiteral("a frame that is not a request"));
-                return;
-            }
-            const std::string reply = m_handler.handle(frame.seq, frame.payload);
-            m_socket->write(reply.data(), qint64(reply.size()));
-        }
-        if (status == GwFrameDecoder::Status::Error) {
-            drop(QString::fromStdString(m_decoder.error()));
+    for (int i = 0; i < kReadsPerTurn && !m_closing; ++i) {
+        const ssize_t n = ::recv(m_fd, m_decoder.prepare(kReadChunk), kReadChunk, 0);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n < 0 && (errno == EAGAIN || errno == EWOULDBLOCK))
+            break;
+        if (n <= 0) {
+            end(nullptr); // the client left (or its connection failed)
             return;
         }
+        m_decoder.commit(size_t(n));
+        if (!handleFrames())
+            return;
     }
-    // Replies leave now rather than on the next turn of the event loop.
-    if (!m_closing)
-        m_socket->flush();
+    sendOutput(); // replies leave now rather than on the next turn of the event loop
 }
 
-void ClientSession::drop(const QString &why)
+// Answers every complete request; false once the connection was dropped.
+bool ClientSession::handleFrames()
 {
-    qWarning("malformed frame from client (%s); connection dropped", qPrintable(why));
+    GwFrame frame;
+    GwFrameDecoder::Status status;
+    while ((status = m_decoder.next(frame)) == GwFrameDecoder::Status::Frame) {
+        if (frame.kind != GwFrameKind::Request) {
+            end("a frame that is not a request");
+            return false;
+        }
+        m_output += m_handler.handle(frame.seq, frame.payload);
+    }
+    if (status == GwFrameDecoder::Status::Error) {
+        end(m_decoder.error().c_str());
+        return false;
+    }
+    return true;
+}
+
+void ClientSession::sendOutput()
+{
+    bool sent = false;
+    while (!m_closing && pendingOutput() > 0) {
+        const ssize_t n = ::send(m_fd, m_output.data() + m_outputSent, m_output.size() - m_outputSent,
+                                 MSG_NOSIGNAL | MSG_DONTWAIT);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n < 0 && (errno == EAGAIN || errno == EWOULDBLOCK))
+            break;
+        if (n < 0) {
+            end(nullptr);
+            return;
+        }
+        m_outputSent += size_t(n);
+        sent = true;
+    }
+    if (m_closing)
+        return;
+    if (pendingOutput() == 0) {
+        m_output.clear();
+        m_outputSent = 0;
+    } else if (m_outputSent > m_output.size() / 2) {
+        m_output.erase(0, m_outputSent);
+        m_outputSent = 0;
+    }
+    m_writeNotifier->setEnabled(pendingOutput() > 0);
+    if (sent) {
+        m_lastTaken.start();
+        emit outputTaken();
+    }
+}
+
+// Stops serving; `why` names a malformed frame, null for a client that left.
+void ClientSession::end(const char *why)
+{
+    if (m_closing)
+        return;
+    if (why)
+        qWarning("malformed frame from client (%s); connection dropped", why);
     m_closing = true;
-    m_socket->abort();
+    m_readNotifier->setEnabled(false);
+    m_writeNotifier->setEnabled(false);
+    ::shutdown(m_fd, SHUT_RDWR);
     emit finished(this);
 }

@@ -5,20 +5,41 @@
 #include "RequestHandler.h"
 
 #include <QTcpServer>
-#include <QTcpSocket>
 #include <QTimer>
+#include <functional>
+#include <unistd.h>
+
+namespace {
+// Hands each accepted descriptor on as it is: the sessions work on it
+// directly rather than through a QTcpSocket.
+class Listener : public QTcpServer
+{
+public:
+    using QTcpServer::QTcpServer;
+    std::function<void(int)> onConnection;
+
+protected:
+    void incomingConnection(qintptr fd) override
+    {
+        if (onConnection)
+            onConnection(int(fd));
+        else
+            ::close(int(fd));
+    }
+};
+} // namespace
 
 GatewayServer::GatewayServer(GatewayService &service, QObject *parent)
     : QObject(parent),
       m_service(service),
       m_handler(new RequestHandler(service)),
-      m_server(new QTcpServer(this)),
+      m_server(new Listener(this)),
       m_holdCheck(new QTimer(this))
 {
     m_holdCheck->setInterval(ClientSession::kStallMs / 4);
     connect(m_holdCheck, &QTimer::timeout, this, &GatewayServer::updateInputHold);
-    connect(m_server, &QTcpServer::newConnection, this, &GatewayServer::onNewConnection);
-    connect(&m_service, &GatewayService::pushFrames, this, &GatewayServer::broadcast);
+    static_cast<Listener *>(m_server)->onConnection = [this](int fd) { onNewConnection(fd); };
+    connect(&m_service, &GatewayService::pushFrames, this, &GatewayServer::broadcast, Qt::DirectConnection);
 }
 
 GatewayServer::~GatewayServer()
@@ -45,27 +66,25 @@ QString GatewayServer::errorString() const
     return m_server->errorString();
 }
 
-void GatewayServer::onNewConnection()
+void GatewayServer::onNewConnection(int fd)
 {
-    while (QTcpSocket *socket = m_server->nextPendingConnection()) {
-        auto *session = new ClientSession(socket, *m_handler, this);
-        m_sessions.insert(session);
-        connect(session, &ClientSession::outputTaken, this, [this] {
-            if (m_holdCheck->isActive())
-                updateInputHold();
-        });
-        connect(session, &ClientSession::finished, this, [this](ClientSession *done) {
-            m_sessions.remove(done);
-            done->deleteLater();
+    auto *session = new ClientSession(fd, *m_handler, this);
+    m_sessions.insert(session);
+    connect(session, &ClientSession::outputTaken, this, [this] {
+        if (m_holdCheck->isActive())
             updateInputHold();
-        });
-    }
+    });
+    connect(session, &ClientSession::finished, this, [this](ClientSession *done) {
+        m_sessions.remove(done);
+        done->deleteLater();
+        updateInputHold();
+    });
 }
 
 void GatewayServer::broadcast(const QByteArray &frames)
 {
     for (ClientSession *session : qAsConst(m_sessions))
-        session->push(frames);
+        session->push(frames.constData(), size_t(frames.size()));
     if (!m_holdCheck->isActive())
         updateInputHold();
 }

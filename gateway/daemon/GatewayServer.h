@@ -23,7 +23,7 @@ public:
     QString errorString() const;
 
 private:
-    void onNewConnection();
+    void onNewConnection(int fd);
     void broadcast(const QByteArray &frames);
     void updateInputHold();
 

@@ -352,5 +352,6 @@ void GatewayService::onResults(int moduleId, int addressId, const QList<QByteArr
         writer.i32(moduleId).i32(addressId).bytes(std::string_view(data.constData(), size_t(data.size())));
         encoded = writer.finish();
     }
-    emit pushFrames(QByteArray(encoded.data(), int(encoded.size())));
+    // The sessions copy what they keep before emit returns.
+    emit pushFrames(QByteArray::fromRawData(encoded.data(), int(encoded.size())));
 }

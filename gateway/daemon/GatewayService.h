@@ -58,7 +58,8 @@ public:
     void holdInput(bool hold);
 
 signals:
-    // Encoded push frames (events, results) for every connected client.
+    // Encoded push frames (events, results) for every connected client;
+    // connect directly (same thread): the bytes are valid during the call only.
     void pushFrames(const QByteArray &frames);
 
 private:

@@ -88,19 +88,20 @@ int openServerDevice(const char *endChar, uint16_t *port)
     return id;
 }
 
-void BM_PlainPingPong64(benchmark::State &state)
+// Accepts one peer on `server` and echoes its 64-byte messages until it leaves.
+void echo64(int server)
 {
-    uint16_t port = 0;
-    const int server = listenLoopback(&port);
-    std::thread echo([server] {
-        const int peer = accept(server, nullptr, nullptr);
-        const int one = 1;
-        setsockopt(peer, IPPROTO_TCP, TCP_NODELAY, &one, sizeof(one));
-        char buf[64];
-        while (readFull(peer, buf, sizeof(buf)))
-            writeFull(peer, buf, sizeof(buf));
-        close(peer);
-    });
+    const int peer = accept(server, nullptr, nullptr);
+    const int one = 1;
+    setsockopt(peer, IPPROTO_TCP, TCP_NODELAY, &one, sizeof(one));
+    char buf[64];
+    while (readFull(peer, buf, sizeof(buf)))
+        writeFull(peer, buf, sizeof(buf));
+    close(peer);
+}
+
+void pingPong64(benchmark::State &state, uint16_t port)
+{
     const int fd = connectLoopback(port);
     char buf[64] = {};
     Latencies latencies;
@@ -112,6 +113,14 @@ void BM_PlainPingPong64(benchmark::State &state)
     }
     latencies.report(state);
     close(fd);
+}
+
+void BM_PlainPingPong64(benchmark::State &state)
+{
+    uint16_t port = 0;
+    const int server = listenLoopback(&port);
+    std::thread echo(echo64, server);
+    pingPong64(state, port);
     echo.join();
     close(server);
 }
@@ -125,25 +134,10 @@ void BM_PlainPingPong64Process(benchmark::State &state)
     const int server = listenLoopback(&port);
     const pid_t child = fork();
     if (child == 0) {
-        const int peer = accept(server, nullptr, nullptr);
-        const int one = 1;
-        setsockopt(peer, IPPROTO_TCP, TCP_NODELAY, &one, sizeof(one));
-        char buf[64];
-        while (readFull(peer, buf, sizeof(buf)))
-            writeFull(peer, buf, sizeof(buf));
+        echo64(server);
         _exit(0);
     }
-    const int fd = connectLoopback(port);
-    char buf[64] = {};
-    Latencies latencies;
-    for (auto _ : state) {
-        const auto start = std::chrono::steady_clock::now();
-        writeFull(fd, buf, sizeof(buf));
-        readFull(fd, buf, sizeof(buf));
-        latencies.add(start);
-    }
-    latencies.report(state);
-    close(fd);
+    pingPong64(state, port);
     waitpid(child, nullptr, 0);
     close(server);
 }

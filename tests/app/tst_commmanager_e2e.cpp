@@ -41,7 +41,7 @@ private slots:
 
     void tcpServerDevice_peerBytesReachTheReceiveList();
     void tcpClientDevice_lostConnection_turnsSwitchOff();
-    void renameAndDelete_reachTheGateway_andSurviveReload();
+    void renameAndDelete_surviveAGatewayRestart();
 
 private:
     int create(const QString &type, const QString &name);
@@ -99,14 +99,27 @@ void tst_CommManagerE2E::tcpServerDevice_peerBytesReachTheReceiveList()
     QTcpSocket peer;
     peer.connectToHost(QHostAddress::LocalHost, port);
     QVERIFY(peer.waitForConnected(3000));
-    peer.write("PART-OK;12.5\r\n");
-    QTRY_VERIFY(device->recvDataList().size() == 1);
-    QVERIFY2(device->recvDataList().first().contains(QStringLiteral("PART-OK;12.5")),
-             qPrintable(device->recvDataList().first()));
+    peer.write("PART-OK;12.5\r\nNG;3");
+    peer.write("\r\nEND\r\n");
+    QTRY_COMPARE(device->recvDataList().size(), 3);
+    const QStringList texts = device->recvDataList();
+    const QStringList hexes = device->recvHexDataList();
+    QCOMPARE(hexes.size(), 3);
+    const QStringList lines{"PART-OK;12.5", "NG;3", "END"};
+    const QStringList hexLines{"[50][41][52][54][2D][4F][4B][3B][31][32][2E][35][0D][0A]", "[4E][47][3B][33][0D][0A]",
+                               "[45][4E][44][0D][0A]"};
+    for (int i = 0; i < 3; ++i) {
+        QVERIFY2(texts[i].endsWith(lines[i] + QStringLiteral("[0D][0A]")), qPrintable(texts[i]));
+        QVERIFY2(hexes[i].endsWith(hexLines[i]), qPrintable(hexes[i]));
+    }
 
     QCOMPARE(manager()->gwSendData(id, QStringLiteral("TRIGGER")), 0);
     QByteArray got;
     QTRY_VERIFY((got += peer.readAll()).contains("TRIGGER"));
+    manager()->sendDataNormalDevice()->setHexEnable(true);
+    QCOMPARE(manager()->gwSendData(id, QStringLiteral("53 54 4F 50 0")), 0); // odd last digit dropped
+    manager()->sendDataNormalDevice()->setHexEnable(false);
+    QTRY_VERIFY((got += peer.readAll()).endsWith("TRIGGERSTOP"));
     device->setConnectState(false);
     QVERIFY(!device->connectState());
 }
@@ -134,7 +147,7 @@ void tst_CommManagerE2E::tcpClientDevice_lostConnection_turnsSwitchOff()
     QVERIFY(!device->connectState());
 }
 
-void tst_CommManagerE2E::renameAndDelete_reachTheGateway_andSurviveReload()
+void tst_CommManagerE2E::renameAndDelete_surviveAGatewayRestart()
 {
     const int keep = create(QStringLiteral("UdpModule"), QStringLiteral("Scanner"));
     const int drop = create(QStringLiteral("ProfinetModule"), QStringLiteral("PLC"));
@@ -142,6 +155,12 @@ void tst_CommManagerE2E::renameAndDelete_reachTheGateway_andSurviveReload()
     QVERIFY(manager()->changeDeviceName(keep, QStringLiteral("扫码枪")));
     QCOMPARE(manager()->deleteCommDevice(drop), 0);
 
+    // The gateway goes down and comes back on a new port with its state.
+    m_module->DeInit();
+    QVERIFY(m_gw.stop());
+    QVERIFY2(m_gw.start(), qPrintable(m_gw.error()));
+    HostConfig::setGatewayPort(QString::number(m_gw.port()));
+    QCOMPARE(m_module->Init(QString(), QString()), 0);
     manager()->LoadDevices();
     QStringList names;
     for (CommDevice *device : manager()->commDeviceList())

@@ -36,6 +36,9 @@ ClientSession::ClientSession(int fd, RequestHandler &handler, QObject *parent)
 
 ClientSession::~ClientSession()
 {
+    // The notifiers leave the event dispatcher before their descriptor closes.
+    delete m_readNotifier;
+    delete m_writeNotifier;
     ::close(m_fd);
 }
 

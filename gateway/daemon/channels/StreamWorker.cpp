@@ -4,9 +4,18 @@
 
 bool StreamWorker::mayRead()
 {
-    const bool held = m_state->inFlightBytes > StreamChannel::kMaxInFlightBytes || StreamChannel::allInputHeld();
-    m_state->readingHeld = held;
-    return !held;
+    const auto behind = [this] {
+        return m_state->inFlightBytes > StreamChannel::kMaxInFlightBytes || StreamChannel::allInputHeld();
+    };
+    if (behind()) {
+        m_state->readingHeld = true;
+        // Looked at again after the flag is up: a consumer that caught up in
+        // between saw no hold and will not resume us.
+        if (behind())
+            return false;
+    }
+    m_state->readingHeld = false;
+    return true;
 }
 
 void StreamWorker::take(QIODevice *device, FrameSplitter &splitter)

@@ -139,6 +139,7 @@ void GwConnection::close()
         m_changed.wait(lock, [this] { return !m_reading; });
     }
     std::lock_guard<std::mutex> sending(m_sendMutex);
+    std::lock_guard<std::mutex> waiting(m_waitMutex);
     if (m_fd >= 0)
         ::close(m_fd);
     if (m_wakeFd >= 0)
@@ -167,13 +168,10 @@ GwConnection::Reply GwConnection::call(std::string frame)
         GwConnection &c;
         explicit CallScope(GwConnection &conn) : c(conn)
         {
-            bool wake = false;
-            {
-                std::lock_guard<std::mutex> lock(c.m_waitMutex);
-                ++c.m_activeCalls;
-                wake = c.m_readerPolling;
-            }
-            if (wake)
+            // Under the lock, so that close() cannot close the eventfd in between.
+            std::lock_guard<std::mutex> lock(c.m_waitMutex);
+            ++c.m_activeCalls;
+            if (c.m_readerPolling && c.m_usable)
                 c.wakeReader();
         }
         ~CallScope()

@@ -32,6 +32,19 @@ uint32_t simple(GwWireWriter &writer)
     return Call(writer).code();
 }
 
+// A request answered with one id (a new module's or address's).
+uint32_t idQuery(GwWireWriter &writer, int *id)
+{
+    Call call(writer);
+    if (call.code() != GW_OK)
+        return call.code();
+    const int32_t value = call.reader.i32();
+    if (!call.reader.done())
+        return GW_ERR_PROTOCOL;
+    *id = value;
+    return GW_OK;
+}
+
 // Copies a text answer into the caller's buffer with a NUL after it.
 uint32_t copyText(std::string_view text, char *buffer, int size, int *length)
 {
@@ -175,14 +188,7 @@ uint32_t GW_PF_AddModule(const char *moduleType, const char *displayName, int *m
         return GW_ERR_INVALID_ARGUMENT;
     GwWireWriter writer = request(GwOp::AddModule);
     writer.bytes(moduleType).bytes(displayName);
-    Call call(writer);
-    if (call.code() != GW_OK)
-        return call.code();
-    const int32_t id = call.reader.i32();
-    if (!call.reader.done())
-        return GW_ERR_PROTOCOL;
-    *moduleId = id;
-    return GW_OK;
+    return idQuery(writer, moduleId);
 }
 
 uint32_t GW_PF_DeleteModule(int moduleId)
@@ -240,14 +246,7 @@ uint32_t GW_PF_AddModuleAddressPN(int moduleId, const char *addressName, int dir
         return GW_ERR_INVALID_ARGUMENT;
     GwWireWriter writer = request(GwOp::AddAddress);
     writer.i32(moduleId).bytes(addressName).i32(direction);
-    Call call(writer);
-    if (call.code() != GW_OK)
-        return call.code();
-    const int32_t id = call.reader.i32();
-    if (!call.reader.done())
-        return GW_ERR_PROTOCOL;
-    *addressId = id;
-    return GW_OK;
+    return idQuery(writer, addressId);
 }
 
 uint32_t GW_PF_DeleteModuleAddress(int moduleId, int addressId)

@@ -88,18 +88,28 @@ FieldbusModule::FieldbusModule(const StoredModule &stored, const ParamSchema &sc
     }
 }
 
-void FieldbusModule::addFixedAddress(int id, int direction, const QByteArray &name)
+// A new address with the schema's defaults, named, holding `extra`, and
+// entered into the module; the stored part is returned.
+StoredAddress FieldbusModule::insertAddress(int id, int direction, const QByteArray &name, const ParamMap &extra,
+                                            bool fixed)
 {
     Address address;
     address.stored.id = id;
     address.stored.direction = direction;
     address.stored.name = name;
     address.stored.params = m_addressSchema.defaults();
-    address.stored.params.insert("SoftElementNum", kFixedElements);
     address.stored.params.insert("AddressName", name);
-    address.fixed = true;
+    for (auto it = extra.cbegin(); it != extra.cend(); ++it)
+        address.stored.params.insert(it.key(), it.value());
+    address.fixed = fixed;
     resizeData(address);
     m_addresses.insert(id, address);
+    return address.stored;
+}
+
+void FieldbusModule::addFixedAddress(int id, int direction, const QByteArray &name)
+{
+    insertAddress(id, direction, name, {{"SoftElementNum", kFixedElements}}, true);
 }
 
 void FieldbusModule::resizeData(Address &address)
@@ -212,16 +222,7 @@ quint32 FieldbusModule::addAddress(const QByteArray &name, int direction, Stored
     ParamSchema::parseConstraints(values().value(direction == GW_ADDRESS_READ ? "ReadAddressConstraints"
                                                                               : "WriteAddressConstraints"),
                                   nullptr, nullptr, &first);
-    Address address;
-    address.stored.id = id;
-    address.stored.direction = direction;
-    address.stored.name = name;
-    address.stored.params = m_addressSchema.defaults();
-    address.stored.params.insert("AddressName", name);
-    address.stored.params.insert("SoftElementAddress", QByteArray::number(first));
-    resizeData(address);
-    m_addresses.insert(id, address);
-    *added = address.stored;
+    *added = insertAddress(id, direction, name, {{"SoftElementAddress", QByteArray::number(first)}}, false);
     return GW_OK;
 }
 

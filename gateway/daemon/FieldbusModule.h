@@ -43,6 +43,7 @@ private:
 
     Address *find(int addressId);
     const Address *find(int addressId) const;
+    StoredAddress insertAddress(int id, int direction, const QByteArray &name, const ParamMap &extra, bool fixed);
     void addFixedAddress(int id, int direction, const QByteArray &name);
     static void resizeData(Address &address);
     quint32 writeBytes(int addressId, const QByteArray &bytes);

@@ -11,8 +11,7 @@
 //     fresh process (this program started again), beside an empty QQuickView
 //     of the page's size; needs a display (xvfb-run), skipped without one;
 //  4. DevicesManager::LoadDevices over 256 modules of the six device types,
-//     beside GW_PF_GetAllModules alone and the gateway requests LoadDevices
-//     made (counted by kind on their way to libgwplatform), replayed directly.
+//     beside reading the module list and every module's parameters directly.
 // A small main() rather than Google Benchmark: the figures are percentiles,
 // memory series and fresh-process timings, printed as one table.
 //
@@ -42,12 +41,10 @@
 #include <QTemporaryDir>
 #include <QTimer>
 #include <algorithm>
-#include <array>
 #include <arpa/inet.h>
 #include <atomic>
 #include <chrono>
 #include <cstdio>
-#include <dlfcn.h>
 #include <memory>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
@@ -56,49 +53,6 @@
 #include <unistd.h>
 #include <vector>
 
-// Every gateway request LoadDevices can make passes through here on its way
-// to libgwplatform, counted by kind, so the bench can replay the same requests.
-namespace {
-enum GatewayCall {
-    CallAllModules,
-    CallModuleParam,
-    CallAllParam,
-    CallAddressInfo,
-    CallLocalIpList,
-    CallSerialList,
-    CallReservedPorts,
-    kCallKinds
-};
-const char *const kCallNames[kCallKinds] = {"GetAllModules", "GetModuleParam", "GetAllParam", "GetModuleAllAddressInfo",
-                                            "GetLocalIpList", "GetSerialList", "GetReservedPorts"};
-std::atomic<long> g_gatewayCalls[kCallKinds];
-
-template <typename Fn>
-Fn nextDefinition(const char *name)
-{
-    return reinterpret_cast<Fn>(dlsym(RTLD_NEXT, name));
-}
-} // namespace
-
-#define COUNTED_GATEWAY_CALL(kind, name, params, args)                                                                 \
-    uint32_t name params                                                                                               \
-    {                                                                                                                  \
-        static const auto next = nextDefinition<decltype(&name)>(#name);                                               \
-        g_gatewayCalls[kind].fetch_add(1, std::memory_order_relaxed);                                                  \
-        return next args;                                                                                              \
-    }
-COUNTED_GATEWAY_CALL(CallAllModules, GW_PF_GetAllModules, (GW_MODULE_INFO * m, int capacity, int *count),
-                     (m, capacity, count))
-COUNTED_GATEWAY_CALL(CallModuleParam, GW_PF_GetModuleParam, (int id, GW_PARAM_RECORD *p, int address), (id, p, address))
-COUNTED_GATEWAY_CALL(CallAllParam, GW_PF_GetAllParam, (int id, GW_PARAM_RECORD *p, int address), (id, p, address))
-COUNTED_GATEWAY_CALL(CallAddressInfo, GW_PF_GetModuleAllAddressInfo,
-                     (int id, GW_ADDRESS_INFO *a, int capacity, int *count), (id, a, capacity, count))
-COUNTED_GATEWAY_CALL(CallLocalIpList, GW_PF_GetLocalIpList, (char *buffer, int size, int *length),
-                     (buffer, size, length))
-COUNTED_GATEWAY_CALL(CallSerialList, GW_PF_GetSerialList, (char *buffer, int size, int *length), (buffer, size, length))
-COUNTED_GATEWAY_CALL(CallReservedPorts, GW_PF_GetReservedPorts, (char *buffer, int size, int *needed),
-                     (buffer, size, needed))
-#undef COUNTED_GATEWAY_CALL
 
 namespace {
 using namespace BenchSupport;
@@ -579,61 +533,21 @@ double msSince(const QElapsedTimer &t)
     return double(t.nsecsElapsed()) / 1e6;
 }
 
-std::array<long, kCallKinds> callCounts()
+// What any loader must fetch at least: the module list and every module's
+// parameters in one request each.
+double readEverythingDirectly(const std::vector<int> &ids)
 {
-    std::array<long, kCallKinds> counts{};
-    for (int k = 0; k < kCallKinds; ++k)
-        counts[size_t(k)] = g_gatewayCalls[k].load(std::memory_order_relaxed);
-    return counts;
-}
-
-// Issues as many requests of each kind as counted, over the modules in turn
-// (parameter reads ask for one key, as every item does); milliseconds per kind.
-std::array<double, kCallKinds> replayCalls(const std::array<long, kCallKinds> &calls, const std::vector<int> &ids)
-{
-    std::array<double, kCallKinds> ms{};
     std::unique_ptr<GW_MODULE_INFO[]> infos(new GW_MODULE_INFO[kLoadModules]());
-    std::unique_ptr<GW_ADDRESS_INFO[]> addresses(new GW_ADDRESS_INFO[kLoadModules]());
     std::unique_ptr<GW_PARAM_RECORD> rec(new GW_PARAM_RECORD{});
-    std::vector<char> text(64 * 1024);
-    const auto module = [&ids](long i) { return ids[size_t(i) % ids.size()]; };
-    for (int k = 0; k < kCallKinds; ++k) {
-        QElapsedTimer t;
-        t.start();
-        for (long i = 0; i < calls[size_t(k)]; ++i) {
-            int n = 0;
-            switch (GatewayCall(k)) {
-            case CallAllModules:
-                GW_PF_GetAllModules(infos.get(), kLoadModules, &n);
-                break;
-            case CallModuleParam:
-                *rec = GW_PARAM_RECORD{};
-                rec->count = 1;
-                qstrncpy(rec->entries[0].key, "ConnectState", GW_PARAM_KEY_SIZE);
-                GW_PF_GetModuleParam(module(i), rec.get(), GW_MODULE_ADDRESS);
-                break;
-            case CallAllParam:
-                GW_PF_GetAllParam(module(i), rec.get(), GW_MODULE_ADDRESS);
-                break;
-            case CallAddressInfo:
-                GW_PF_GetModuleAllAddressInfo(module(i), addresses.get(), kLoadModules, &n);
-                break;
-            case CallLocalIpList:
-                GW_PF_GetLocalIpList(text.data(), int(text.size()), &n);
-                break;
-            case CallSerialList:
-                GW_PF_GetSerialList(text.data(), int(text.size()), &n);
-                break;
-            case CallReservedPorts:
-                GW_PF_GetReservedPorts(text.data(), int(text.size()), &n);
-                break;
-            case kCallKinds:
-                break;
-            }
-        }
-        ms[size_t(k)] = msSince(t);
+    QElapsedTimer t;
+    t.start();
+    int count = 0;
+    GW_PF_GetAllModules(infos.get(), kLoadModules, &count);
+    for (int id : ids) {
+        rec->count = 0;
+        GW_PF_GetAllParam(id, rec.get(), GW_MODULE_ADDRESS);
     }
-    return ms;
+    return msSince(t);
 }
 
 void runLoadDevices(int runs)
@@ -659,61 +573,25 @@ void runLoadDevices(int runs)
     manager->LoadDevices(); // warms the file cache for the six descriptions
     dropOldDevices();
     const long rssBefore = rssKb(0);
-    std::vector<double> load;
-    std::array<long, kCallKinds> calls{};
-    int loaded = 0;
+    std::vector<double> load, direct;
     for (int r = 0; r < runs; ++r) {
         dropOldDevices();
-        const std::array<long, kCallKinds> before = callCounts();
         QElapsedTimer t;
         t.start();
         manager->LoadDevices();
         load.push_back(msSince(t));
-        const std::array<long, kCallKinds> after = callCounts();
-        for (int k = 0; k < kCallKinds; ++k)
-            calls[size_t(k)] = after[size_t(k)] - before[size_t(k)];
-        loaded = manager->commDeviceList().size();
+        direct.push_back(readEverythingDirectly(ids));
     }
+    const int loaded = manager->commDeviceList().size();
     dropOldDevices();
     const long rssAfter = rssKb(0);
-
-    std::vector<double> listOnly, sameCalls;
-    std::array<std::vector<double>, kCallKinds> perKind;
-    std::unique_ptr<GW_MODULE_INFO[]> infos(new GW_MODULE_INFO[kLoadModules]());
-    for (int r = 0; r < runs; ++r) {
-        int count = 0;
-        QElapsedTimer t;
-        t.start();
-        GW_PF_GetAllModules(infos.get(), kLoadModules, &count);
-        listOnly.push_back(msSince(t));
-        t.restart();
-        const std::array<double, kCallKinds> ms = replayCalls(calls, ids);
-        sameCalls.push_back(msSince(t));
-        for (int k = 0; k < kCallKinds; ++k)
-            perKind[size_t(k)].push_back(ms[size_t(k)]);
-    }
-    long total = 0;
-    QStringList mix;
-    for (int k = 0; k < kCallKinds; ++k) {
-        total += calls[size_t(k)];
-        if (calls[size_t(k)])
-            mix << QStringLiteral("%1 %2 (%3 ms)")
-                       .arg(calls[size_t(k)])
-                       .arg(QLatin1String(kCallNames[k]))
-                       .arg(medianOf(perKind[size_t(k)]), 0, 'f', 1);
-    }
 
     std::printf("\n4. DevicesManager::LoadDevices, %zu modules of 6 types on the gateway, %d runs\n", ids.size(), runs);
     std::printf("  %-58s %9s %9s\n", "", "median", "min");
     std::printf("  %-58s %7.1fms %7.1fms\n", "LoadDevices", medianOf(load), *std::min_element(load.begin(), load.end()));
-    std::printf("  %-58s %7.1fms %7.1fms\n", "baseline: GW_PF_GetAllModules alone", medianOf(listOnly),
-                *std::min_element(listOnly.begin(), listOnly.end()));
-    std::printf("  %-58s %7.1fms %7.1fms\n",
-                qPrintable(QStringLiteral("baseline: its %1 gateway requests, replayed directly").arg(total)),
-                medianOf(sameCalls), *std::min_element(sameCalls.begin(), sameCalls.end()));
-    std::printf("  LoadDevices / its requests alone: %.1fx; devices listed: %d\n", medianOf(load) / medianOf(sameCalls),
-                loaded);
-    std::printf("  requests per load (median replay time): %s\n", qPrintable(mix.join(QLatin1String(", "))));
+    std::printf("  %-58s %7.1fms %7.1fms\n", "baseline: module list and every module's parameters, direct",
+                medianOf(direct), *std::min_element(direct.begin(), direct.end()));
+    std::printf("  LoadDevices / baseline: %.1fx; devices listed: %d\n", medianOf(load) / medianOf(direct), loaded);
     std::printf("  this process RSS after the warm-up load %.1f MiB, after the last %.1f MiB\n", double(rssBefore) / 1024,
                 double(rssAfter) / 1024);
 }

@@ -24,8 +24,6 @@ private slots:
     void server_maxConnections_refusesExtraPeer();
     void server_heldInput_resumesWithoutLoss_data();
     void server_heldInput_resumesWithoutLoss();
-    void client_followsListener_data();
-    void client_followsListener();
     void client_closeStopsRetries();
 
 private:
@@ -222,59 +220,6 @@ void tst_StreamChannels::server_heldInput_resumesWithoutLoss()
     for (const QByteArray &frame : probe.frames())
         got += frame;
     QVERIFY(got == sent);
-}
-
-void tst_StreamChannels::client_followsListener_data()
-{
-    QTest::addColumn<QByteArray>("type");
-    QTest::addColumn<bool>("autoReconnect");
-    QTest::newRow("reconnects") << QByteArray("TcpClientModule") << true;
-    QTest::newRow("closes without reconnect") << QByteArray("TcpClientModule") << false;
-    QTest::newRow("Insight reconnects") << QByteArray("InsightModule") << true;
-}
-
-// The client is up with its listener's peer, down when it goes, and either
-// comes back with a new listener or closes.
-void tst_StreamChannels::client_followsListener()
-{
-    QFETCH(QByteArray, type);
-    QFETCH(bool, autoReconnect);
-    QTcpServer listener;
-    QVERIFY(listener.listen(QHostAddress::LocalHost, 0));
-    const quint16 port = listener.serverPort();
-    ChannelPtr channel = make(type);
-    ChannelProbe probe(channel.get());
-    const Params params{{"TargetIP", "127.0.0.1"},
-                        {"TargetPort", QByteArray::number(port)},
-                        {"ReconnectInterval", "100"},
-                        {"AutoReconnect", autoReconnect ? "true" : "false"},
-                        {"EndChar", "\r\n"}};
-    QCOMPARE(channel->open(params), GW_OK);
-    QTRY_COMPARE(probe.ups(), 1);
-    QVERIFY(channel->connectState());
-    QVERIFY(channel->reservedPorts().isEmpty());
-    QTRY_VERIFY(listener.hasPendingConnections());
-    std::unique_ptr<QTcpSocket> peer(listener.nextPendingConnection());
-
-    peer->write("from listener\r\n");
-    QTRY_COMPARE(probe.frames(), QList<QByteArray>{"from listener\r\n"});
-    QCOMPARE(channel->write("from client"), GW_OK);
-    QTRY_COMPARE(peer->bytesAvailable(), qint64(11));
-    QCOMPARE(peer->readAll(), QByteArray("from client"));
-
-    listener.close();
-    peer->abort();
-    QTRY_COMPARE(probe.downs(), 1);
-    QVERIFY(!channel->connectState());
-    QCOMPARE(channel->write("lost"), GW_ERR_NOT_OPEN);
-    QCOMPARE(channel->isOpen(), autoReconnect);
-    if (!autoReconnect)
-        return;
-
-    QVERIFY(listener.listen(QHostAddress::LocalHost, port));
-    QTRY_COMPARE(probe.ups(), 2);
-    QVERIFY(channel->connectState());
-    QCOMPARE(probe.downs(), 1);
 }
 
 // Before a first connection the switch reads on and nothing fires; close

@@ -17,50 +17,11 @@ class tst_GwXMLNodeItemFactory : public QObject
 {
     Q_OBJECT
 private slots:
-    void everyTypeIsRegistered_data();
-    void everyTypeIsRegistered();
     void lookup_isCaseSensitive();
     void secondRegistration_isIgnored();
     void namesake_carriesItsTagName_data();
     void namesake_carriesItsTagName();
 };
-
-void tst_GwXMLNodeItemFactory::everyTypeIsRegistered_data()
-{
-    QTest::addColumn<QString>("type");
-    QTest::addColumn<QString>("className");
-    QTest::addColumn<QString>("qmlName");
-    QTest::newRow("AddressDataSet") << "AddressDataSet" << "CommunicationControl::AddressDataSet" << "AddressDataSet.qml";
-    QTest::newRow("AddressDataSetA") << "AddressDataSetA" << "CommunicationControl::AddressDataSet" << "AddressDataSet.qml";
-    QTest::newRow("Boolean") << "Boolean" << "CommunicationControl::Boolean" << "Boolean.qml";
-    QTest::newRow("Category") << "Category" << "CommunicationControl::Category" << "Category.qml";
-    QTest::newRow("Enumeration") << "Enumeration" << "CommunicationControl::Enumeration" << "Enumeration.qml";
-    QTest::newRow("EnumerationBaudrate") << "EnumerationBaudrate" << "CommunicationControl::Enumeration" << "Enumeration.qml";
-    QTest::newRow("IPString") << "IPString" << "CommunicationControl::IPString" << "IPString.qml";
-    QTest::newRow("Integer") << "Integer" << "CommunicationControl::Integer" << "Integer.qml";
-    QTest::newRow("EndChar") << "EndChar" << "CommunicationControl::EndChar" << "EndChar.qml";
-    QTest::newRow("EnumEntryCOM") << "EnumEntryCOM" << "CommunicationControl::EnumEntryCOM" << "EnumEntryCOM.qml";
-    QTest::newRow("ReadOnlyText") << "ReadOnlyText" << "CommunicationControl::ReadOnlyText" << "ReadOnlyText.qml";
-    QTest::newRow("ProfinetFixedButton") << "ProfinetFixedButton" << "CommunicationControl::ProfinetFixedButton"
-                                         << "ProfinetFixedButton.qml";
-}
-
-// The registrations live in the shared library and run when it is loaded.
-void tst_GwXMLNodeItemFactory::everyTypeIsRegistered()
-{
-    QFETCH(QString, type);
-    QFETCH(QString, className);
-    QFETCH(QString, qmlName);
-    CommDevice device;
-    QObject *created = GwXMLNodeItemFactory::Instance().CreateNodeItem(type, &device);
-    QVERIFY(created);
-    QCOMPARE(created->parent(), &device);
-    QCOMPARE(QString::fromLatin1(created->metaObject()->className()), className);
-    auto *proxy = qobject_cast<BaseItemProxy *>(created);
-    QVERIFY(proxy);
-    QCOMPARE(proxy->qmlName(), qmlName);
-    QVERIFY(!proxy->baseData());
-}
 
 void tst_GwXMLNodeItemFactory::lookup_isCaseSensitive()
 {

@@ -1,4 +1,5 @@
 #include "Slog.h"
+#include "LocalTimeText.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -36,8 +37,7 @@ QByteArray timeStamp(LogState &s)
     const qint64 second = ms / 1000;
     if (second != s.cachedSecond) {
         s.cachedSecond = second;
-        s.cachedSecondText =
-            QDateTime::fromMSecsSinceEpoch(second * 1000).toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")).toLatin1();
+        s.cachedSecondText = localSecondText(second);
     }
     char millis[8];
     std::snprintf(millis, sizeof(millis), ".%03d", int(ms % 1000));

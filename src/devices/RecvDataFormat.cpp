@@ -1,4 +1,5 @@
 #include "RecvDataFormat.h"
+#include "LocalTimeText.h"
 
 #include <QDateTime>
 #include <array>
@@ -72,7 +73,7 @@ QString RecvDataFormat::timeStamp()
     const qint64 second = ms / 1000;
     if (second != cachedSecond) {
         cachedSecond = second;
-        cachedText = QDateTime::fromMSecsSinceEpoch(second * 1000).toString(QStringLiteral("yyyy-MM-dd hh:mm:ss."));
+        cachedText = QString::fromLatin1(localSecondText(second) + '.');
     }
     const int millis = int(ms % 1000);
     QString stamp = cachedText;

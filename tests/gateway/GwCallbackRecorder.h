@@ -6,6 +6,8 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QPair>
+#include <cstring>
 #include <mutex>
 
 class GwCallbackRecorder
@@ -15,10 +17,6 @@ public:
         int moduleId;
         int addressId;
         QByteArray data;
-    };
-    struct Event {
-        int type;
-        int moduleId;
     };
 
     void install()
@@ -31,29 +29,21 @@ public:
         std::lock_guard<std::mutex> lock(m_mutex);
         m_results.clear();
         m_events.clear();
-        m_bytes = 0;
     }
     QList<Result> results() const
     {
         std::lock_guard<std::mutex> lock(m_mutex);
         return m_results;
     }
-    QList<Event> events() const
-    {
-        std::lock_guard<std::mutex> lock(m_mutex);
-        return m_events;
-    }
     int eventCount(int type, int moduleId) const
     {
-        int n = 0;
-        for (const Event &e : events())
-            n += (e.type == type && e.moduleId == moduleId);
-        return n;
+        std::lock_guard<std::mutex> lock(m_mutex);
+        return m_events.count(qMakePair(type, moduleId));
     }
-    // Concatenated result bytes of one module.
-    QByteArray stream(int moduleId) const
+    // The bytes of each result of one module, in order.
+    QList<QByteArray> frames(int moduleId) const
     {
-        QByteArray all;
+        QList<QByteArray> all;
         for (const Result &r : results())
             if (r.moduleId == moduleId)
                 all += r.data;
@@ -70,17 +60,16 @@ private:
     }
     static int onEvent(eGW_EVENT_TYPE type, void *data, void *self, int length)
     {
-        auto *me = static_cast<GwCallbackRecorder *>(self);
         qint32 moduleId = -1;
         if (length >= 4)
-            memcpy(&moduleId, data, sizeof(moduleId));
+            std::memcpy(&moduleId, data, sizeof(moduleId));
+        auto *me = static_cast<GwCallbackRecorder *>(self);
         std::lock_guard<std::mutex> lock(me->m_mutex);
-        me->m_events.append({int(type), moduleId});
+        me->m_events.append(qMakePair(int(type), int(moduleId)));
         return 0;
     }
 
     mutable std::mutex m_mutex;
     QList<Result> m_results;
-    QList<Event> m_events;
-    qint64 m_bytes = 0;
+    QList<QPair<int, int>> m_events; // event type, module id
 };

@@ -1,12 +1,15 @@
 #pragma once
 // Short forms of the GW_PF_* calls the integration tests make again and
-// again: one parameter read or written, a module added.
+// again: parameters read or written, a module added, a free loopback port.
 
 #include "GwPlatform.h"
 
 #include <QByteArray>
+#include <QTcpServer>
 #include <cstring>
+#include <initializer_list>
 #include <memory>
+#include <utility>
 
 namespace GwTestCalls {
 
@@ -25,19 +28,33 @@ inline quint32 set(int module, const QByteArray &key, const QByteArray &value, i
     return GW_PF_SetModuleParam(module, record(key, value).get(), address);
 }
 
-inline QByteArray get(int module, const QByteArray &key, int address = -1, quint32 *rc = nullptr)
+// Sets the module parameters in order; GW_OK or the first refusal.
+inline quint32 setAll(int module, std::initializer_list<std::pair<QByteArray, QByteArray>> values)
+{
+    for (const auto &value : values)
+        if (const quint32 rc = set(module, value.first, value.second))
+            return rc;
+    return GW_OK;
+}
+
+inline QByteArray get(int module, const QByteArray &key, int address = -1)
 {
     auto rec = record(key);
-    const quint32 code = GW_PF_GetModuleParam(module, rec.get(), address);
-    if (rc)
-        *rc = code;
-    return code == GW_OK ? QByteArray(rec->entries[0].value) : QByteArray();
+    return GW_PF_GetModuleParam(module, rec.get(), address) == GW_OK ? QByteArray(rec->entries[0].value) : QByteArray();
 }
 
 inline int add(const char *type, const char *name = "device")
 {
     int id = -1;
     return GW_PF_AddModule(type, name, &id) == GW_OK ? id : -1;
+}
+
+// A loopback port nobody holds right now.
+inline quint16 freePort()
+{
+    QTcpServer probe;
+    probe.listen(QHostAddress::LocalHost);
+    return probe.serverPort();
 }
 
 } // namespace GwTestCalls

@@ -1,13 +1,13 @@
 // Stream devices of the real gateway against ordinary peers: a TCP server
-// device and a plain socket, a TCP client device and a test listener, UDP
+// device and plain sockets, a TCP client device and a test listener, UDP
 // both ways, and a serial device over a pseudo-terminal pair.
 #include "GatewayProcess.h"
 #include "GwCallbackRecorder.h"
 #include "GwTestCalls.h"
 
+#include <QNetworkDatagram>
 #include <QTcpServer>
 #include <QTcpSocket>
-#include <QNetworkDatagram>
 #include <QUdpSocket>
 #include <QtTest>
 #include <fcntl.h>
@@ -15,15 +15,7 @@
 #include <unistd.h>
 
 using namespace GwTestCalls;
-
-namespace {
-quint16 freePort()
-{
-    QTcpServer probe;
-    probe.listen(QHostAddress::LocalHost);
-    return probe.serverPort();
-}
-} // namespace
+using Frames = QList<QByteArray>;
 
 class tst_GatewayStreams : public QObject
 {
@@ -33,16 +25,14 @@ private slots:
     void cleanupTestCase();
     void init();
 
-    void tcpServer_peerStream_framedResults_data();
-    void tcpServer_peerStream_framedResults();
-    void tcpServer_writeReachesEveryPeer_closedRefuses();
-    void tcpServer_portInUse_refusedAndSwitchOff();
-    void tcpClient_upAndDownWithListener();
+    void tcpServer_framesEachPeer_writesToAll_limitsPeers();
+    void localPort_inUseRefused_heldUntilSwitchedOff_data();
+    void localPort_inUseRefused_heldUntilSwitchedOff();
+    void tcpClient_switchFollowsTheConnection();
     void udp_bothWays();
     void serial_overPseudoTerminal();
 
 private:
-    int openServer(quint16 port, const QByteArray &endChar);
     GatewayProcess m_gw;
     GwCallbackRecorder m_recorder;
 };
@@ -65,128 +55,143 @@ void tst_GatewayStreams::init()
     m_recorder.clear();
 }
 
-int tst_GatewayStreams::openServer(quint16 port, const QByteArray &endChar)
+// A TCP server device frames each peer's bytes on their own, writes to every
+// peer, refuses a peer beyond MaxConnections with a log line and serves a new
+// one once peers have left.
+void tst_GatewayStreams::tcpServer_framesEachPeer_writesToAll_limitsPeers()
 {
-    const int id = add("TcpServerModule");
-    if (set(id, "LocalIP", "127.0.0.1") || set(id, "LocalPort", QByteArray::number(port))
-        || set(id, "EndChar", endChar) || set(id, "ConnectState", "true"))
-        return -1;
-    return id;
-}
-
-void tst_GatewayStreams::tcpServer_peerStream_framedResults_data()
-{
-    QTest::addColumn<QByteArray>("endChar");
-    QTest::addColumn<QList<QByteArray>>("writes");
-    QTest::addColumn<QList<QByteArray>>("frames");
-    QTest::newRow("CR LF lines") << QByteArray("\r\n") << QList<QByteArray>{"abc\r\ndef\r\n"}
-                                 << QList<QByteArray>{"abc\r\n", "def\r\n"};
-    QTest::newRow("frame over many writes") << QByteArray("\r\n")
-                                            << QList<QByteArray>{"he", "ll", "o wor", "ld\r", "\nnext"}
-                                            << QList<QByteArray>{"hello world\r\n"};
-    QTest::newRow("single end byte") << QByteArray(";") << QList<QByteArray>{"1;2", ";3"}
-                                     << QList<QByteArray>{"1;", "2;"};
-}
-
-void tst_GatewayStreams::tcpServer_peerStream_framedResults()
-{
-    QFETCH(QByteArray, endChar);
-    QFETCH(QList<QByteArray>, writes);
-    QFETCH(QList<QByteArray>, frames);
     const quint16 port = freePort();
-    const int id = openServer(port, endChar);
-    QVERIFY(id > 0);
+    const int id = add("TcpServerModule");
+    QCOMPARE(setAll(id, {{"LocalIP", "127.0.0.1"}, {"LocalPort", QByteArray::number(port)}, {"MaxConnections", "2"},
+                         {"EndChar", ";"}, {"ConnectState", "true"}}),
+             GW_OK);
     QTRY_COMPARE(m_recorder.eventCount(GW_EVENT_CONNECTED, id), 1);
     QCOMPARE(get(id, "ConnectState"), QByteArray("true"));
+    QCOMPARE(GW_PF_WriteString(id, -1, "nobody;"), quint32(GW_ERR_NOT_OPEN));
 
-    QTcpSocket peer;
-    peer.connectToHost(QHostAddress::LocalHost, port);
-    QVERIFY(peer.waitForConnected(3000));
-    for (const QByteArray &chunk : writes) {
-        peer.write(chunk);
-        QVERIFY(peer.waitForBytesWritten(3000));
-        QTest::qWait(5); // separate TCP segments, so the gateway sees separate reads
-    }
-    QTRY_COMPARE(m_recorder.results().size(), frames.size());
-    for (int i = 0; i < frames.size(); ++i) {
-        QCOMPARE(m_recorder.results().at(i).data, frames.at(i));
-        QCOMPARE(m_recorder.results().at(i).addressId, -1);
-        QCOMPARE(m_recorder.results().at(i).moduleId, id);
-    }
-    QCOMPARE(GW_PF_DeleteModule(id), GW_OK);
-}
-
-void tst_GatewayStreams::tcpServer_writeReachesEveryPeer_closedRefuses()
-{
-    const quint16 port = freePort();
-    const int id = openServer(port, "\r\n");
-    QVERIFY(id > 0);
-    QCOMPARE(GW_PF_WriteString(id, -1, "nobody\r\n"), quint32(GW_ERR_NOT_OPEN));
-    QTcpSocket a, b;
+    QTcpSocket a, b, extra, later;
     for (QTcpSocket *peer : {&a, &b}) {
         peer->connectToHost(QHostAddress::LocalHost, port);
         QVERIFY(peer->waitForConnected(3000));
     }
-    // Both peers are served once the gateway has framed a line from each.
-    a.write("a\r\n");
-    b.write("b\r\n");
-    QTRY_COMPARE(m_recorder.results().size(), 2);
-    QCOMPARE(GW_PF_WriteString(id, -1, "result=1\r\n"), GW_OK);
+    // A frame over two TCP segments, then a half frame of a that must not
+    // run into b's frame.
+    a.write("he");
+    QVERIFY(a.waitForBytesWritten(3000));
+    QTest::qWait(5);
+    a.write("llo;wor");
+    QTRY_COMPARE(m_recorder.frames(id), Frames{"hello;"});
+    b.write("b;");
+    QTRY_COMPARE(m_recorder.frames(id), (Frames{"hello;", "b;"}));
+    for (const GwCallbackRecorder::Result &result : m_recorder.results())
+        QCOMPARE(result.addressId, -1);
+
+    extra.connectToHost(QHostAddress::LocalHost, port);
+    QTRY_COMPARE(extra.state(), QAbstractSocket::UnconnectedState);
+    const QByteArray refused = "module " + QByteArray::number(id) + ": peer 127.0.0.1 refused: 2 connections";
+    QTRY_VERIFY2(m_gw.log().contains(refused), m_gw.log().constData());
+
+    QCOMPARE(GW_PF_WriteString(id, -1, "result=1;"), GW_OK);
     QCOMPARE(GW_PF_WriteInt(id, -1, 2, "7;8;"), GW_OK);
     for (QTcpSocket *peer : {&a, &b}) {
         QByteArray got;
-        QTRY_VERIFY((got += peer->readAll()).size() >= 14);
-        QCOMPARE(got, QByteArray("result=1\r\n7;8;"));
+        QTRY_VERIFY((got += peer->readAll()).size() >= 13);
+        QCOMPARE(got, QByteArray("result=1;7;8;"));
     }
+
+    a.disconnectFromHost();
+    b.disconnectFromHost();
+    QTRY_COMPARE(GW_PF_WriteString(id, -1, "x;"), quint32(GW_ERR_NOT_OPEN));
+    later.connectToHost(QHostAddress::LocalHost, port);
+    QVERIFY(later.waitForConnected(3000));
+    later.write("c;");
+    QTRY_COMPARE(m_recorder.frames(id).value(2), QByteArray("c;"));
+
     QCOMPARE(set(id, "ConnectState", "false"), GW_OK);
-    QCOMPARE(GW_PF_WriteString(id, -1, "late"), quint32(GW_ERR_NOT_OPEN));
+    QCOMPARE(GW_PF_WriteString(id, -1, "late;"), quint32(GW_ERR_NOT_OPEN));
     QCOMPARE(GW_PF_DeleteModule(id), GW_OK);
 }
 
-void tst_GatewayStreams::tcpServer_portInUse_refusedAndSwitchOff()
+void tst_GatewayStreams::localPort_inUseRefused_heldUntilSwitchedOff_data()
 {
-    QTcpServer holder;
-    QVERIFY(holder.listen(QHostAddress::LocalHost));
-    const int id = add("TcpServerModule");
-    QCOMPARE(set(id, "LocalIP", "127.0.0.1"), GW_OK);
-    QCOMPARE(set(id, "LocalPort", QByteArray::number(holder.serverPort())), GW_OK);
-    QCOMPARE(set(id, "ConnectState", "true"), quint32(GW_ERR_PORT_IN_USE));
-    QCOMPARE(get(id, "ConnectState"), QByteArray("false"));
-    QCOMPARE(GW_PF_DeleteModule(id), GW_OK);
+    QTest::addColumn<QByteArray>("type");
+    QTest::newRow("TCP server") << QByteArray("TcpServerModule");
+    QTest::newRow("UDP") << QByteArray("UdpModule");
 }
 
-void tst_GatewayStreams::tcpClient_upAndDownWithListener()
+// A taken local port is refused and the switch reads off; once free the
+// device opens and holds the port, reserved, until it is switched off.
+void tst_GatewayStreams::localPort_inUseRefused_heldUntilSwitchedOff()
 {
-    QTcpServer listener;
-    QVERIFY(listener.listen(QHostAddress::LocalHost));
-    const quint16 port = listener.serverPort();
+    QFETCH(QByteArray, type);
+    QTcpServer tcpHolder;
+    QUdpSocket udpHolder;
+    const bool udp = type == "UdpModule";
+    QVERIFY(udp ? udpHolder.bind(QHostAddress(QHostAddress::LocalHost), 0) : tcpHolder.listen(QHostAddress::LocalHost));
+    const QByteArray port = QByteArray::number(udp ? udpHolder.localPort() : tcpHolder.serverPort());
+    const auto reserved = [] {
+        char buffer[1024] = {};
+        int needed = 0;
+        return GW_PF_GetReservedPorts(buffer, sizeof(buffer), &needed) == GW_OK ? QByteArray(buffer).split(',')
+                                                                                  : QList<QByteArray>();
+    };
+    const int first = add(type.constData());
+    const int second = add(type.constData());
+    for (int id : {first, second})
+        QCOMPARE(setAll(id, {{"LocalIP", "127.0.0.1"}, {"LocalPort", port}}), GW_OK);
+
+    QCOMPARE(set(first, "ConnectState", "true"), quint32(GW_ERR_PORT_IN_USE));
+    QCOMPARE(get(first, "ConnectState"), QByteArray("false"));
+    QVERIFY(!reserved().contains(port));
+    tcpHolder.close();
+    udpHolder.close();
+    QCOMPARE(set(first, "ConnectState", "true"), GW_OK);
+    QCOMPARE(get(first, "ConnectState"), QByteArray("true"));
+    QVERIFY(reserved().contains(port));
+    QCOMPARE(set(second, "ConnectState", "true"), quint32(GW_ERR_PORT_IN_USE));
+    QCOMPARE(set(first, "ConnectState", "false"), GW_OK);
+    QVERIFY(!reserved().contains(port));
+    QCOMPARE(set(second, "ConnectState", "true"), GW_OK);
+    QCOMPARE(GW_PF_DeleteModule(first), GW_OK);
+    QCOMPARE(GW_PF_DeleteModule(second), GW_OK);
+}
+
+// The switch of a TCP client device: on while it tries for a first
+// connection (failed attempts fire nothing), off with event 2 when the
+// connection is lost, on again when it reconnects by itself; switched off
+// while retrying, it tries no more.
+void tst_GatewayStreams::tcpClient_switchFollowsTheConnection()
+{
+    const quint16 port = freePort();
     const int id = add("TcpClientModule");
-    QCOMPARE(set(id, "TargetPort", QByteArray::number(port)), GW_OK);
-    QCOMPARE(set(id, "ReconnectInterval", "100"), GW_OK);
-    QCOMPARE(set(id, "ConnectState", "true"), GW_OK);
-    QTRY_VERIFY(listener.hasPendingConnections() || listener.waitForNewConnection(50));
-    QTcpSocket *peer = listener.nextPendingConnection();
-    QVERIFY(peer);
-    QTRY_COMPARE(m_recorder.eventCount(GW_EVENT_CONNECTED, id), 1);
-    QCOMPARE(GW_PF_WriteString(id, -1, "ping\n"), GW_OK);
-    QByteArray got;
-    QTRY_COMPARE(got += peer->readAll(), QByteArray("ping\n"));
-
-    // The listener goes away: reported down, the switch reads off.
-    listener.close();
-    peer->abort();
-    QTRY_COMPARE(m_recorder.eventCount(GW_EVENT_DISCONNECTED, id), 1);
-    QCOMPARE(get(id, "ConnectState"), QByteArray("false"));
-
-    // It comes back on the same port: the device reconnects by itself.
-    QVERIFY(listener.listen(QHostAddress::LocalHost, port));
-    QTRY_VERIFY_WITH_TIMEOUT(listener.hasPendingConnections() || listener.waitForNewConnection(50), 10000);
-    QTRY_COMPARE(m_recorder.eventCount(GW_EVENT_CONNECTED, id), 2);
+    QCOMPARE(setAll(id, {{"TargetPort", QByteArray::number(port)}, {"ReconnectInterval", "100"},
+                         {"ConnectState", "true"}}),
+             GW_OK);
     QCOMPARE(get(id, "ConnectState"), QByteArray("true"));
+    QTcpServer listener;
+    QTcpSocket *peer = nullptr;
+    for (int connection = 1; connection <= 2; ++connection) {
+        QVERIFY(listener.listen(QHostAddress::LocalHost, port));
+        QTRY_VERIFY_WITH_TIMEOUT(listener.hasPendingConnections() || listener.waitForNewConnection(50), 10000);
+        QVERIFY(peer = listener.nextPendingConnection());
+        QTRY_COMPARE(m_recorder.eventCount(GW_EVENT_CONNECTED, id), connection);
+        QCOMPARE(m_recorder.eventCount(GW_EVENT_DISCONNECTED, id), connection - 1);
+        QCOMPARE(get(id, "ConnectState"), QByteArray("true"));
+        QCOMPARE(GW_PF_WriteString(id, -1, "ping\n"), GW_OK);
+        QByteArray got;
+        QTRY_COMPARE(got += peer->readAll(), QByteArray("ping\n"));
 
-    // Switched off, it stays off even though the listener is there.
+        listener.close();
+        peer->abort();
+        QTRY_COMPARE(m_recorder.eventCount(GW_EVENT_DISCONNECTED, id), connection);
+        QCOMPARE(get(id, "ConnectState"), QByteArray("false"));
+    }
+
     QCOMPARE(set(id, "ConnectState", "false"), GW_OK);
-    listener.close();
+    QVERIFY(listener.listen(QHostAddress::LocalHost, port));
+    QTest::qWait(600); // several retry intervals
+    QVERIFY(!listener.hasPendingConnections());
+    QCOMPARE(m_recorder.eventCount(GW_EVENT_CONNECTED, id), 2);
     QCOMPARE(GW_PF_DeleteModule(id), GW_OK);
 }
 
@@ -196,18 +201,16 @@ void tst_GatewayStreams::udp_bothWays()
     QVERIFY(peer.bind(QHostAddress(QHostAddress::LocalHost), 0));
     const quint16 devicePort = freePort();
     const int id = add("UdpModule");
-    QCOMPARE(set(id, "LocalIP", "127.0.0.1"), GW_OK);
-    QCOMPARE(set(id, "LocalPort", QByteArray::number(devicePort)), GW_OK);
-    QCOMPARE(set(id, "TargetPort", QByteArray::number(peer.localPort())), GW_OK);
-    QCOMPARE(set(id, "EndChar", ""), GW_OK);
-    QCOMPARE(set(id, "ConnectState", "true"), GW_OK);
-
+    QCOMPARE(setAll(id, {{"LocalIP", "127.0.0.1"}, {"LocalPort", QByteArray::number(devicePort)},
+                         {"TargetPort", QByteArray::number(peer.localPort())}, {"EndChar", ""},
+                         {"ConnectState", "true"}}),
+             GW_OK);
     QCOMPARE(GW_PF_WriteString(id, -1, "to peer"), GW_OK);
     QTRY_VERIFY(peer.hasPendingDatagrams());
     QCOMPARE(peer.receiveDatagram().data(), QByteArray("to peer"));
 
     peer.writeDatagram("to device", QHostAddress::LocalHost, devicePort);
-    QTRY_COMPARE(m_recorder.stream(id), QByteArray("to device"));
+    QTRY_COMPARE(m_recorder.frames(id), Frames{"to device"});
     QCOMPARE(GW_PF_DeleteModule(id), GW_OK);
 }
 
@@ -219,14 +222,12 @@ void tst_GatewayStreams::serial_overPseudoTerminal()
         QSKIP("no pseudo-terminal pair available (openpty failed)");
     ::close(slave); // the gateway opens the slave side by its name
     const int id = add("SerialModule");
-    QCOMPARE(set(id, "PortName", name), GW_OK);
-    QCOMPARE(set(id, "BaudRate", "115200"), GW_OK);
-    QCOMPARE(set(id, "EndChar", "\n"), GW_OK);
-    QCOMPARE(set(id, "ConnectState", "true"), GW_OK);
+    QCOMPARE(setAll(id, {{"PortName", name}, {"BaudRate", "115200"}, {"EndChar", "\n"}, {"ConnectState", "true"}}),
+             GW_OK);
     QTRY_COMPARE(m_recorder.eventCount(GW_EVENT_CONNECTED, id), 1);
 
     QVERIFY(::write(master, "T1 OK\nT2", 8) == 8);
-    QTRY_COMPARE(m_recorder.stream(id), QByteArray("T1 OK\n"));
+    QTRY_COMPARE(m_recorder.frames(id), Frames{"T1 OK\n"});
 
     QCOMPARE(GW_PF_WriteString(id, -1, "TRIGGER"), GW_OK);
     fcntl(master, F_SETFL, O_NONBLOCK);

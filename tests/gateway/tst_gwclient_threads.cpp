@@ -5,7 +5,6 @@
 #include "GwTestCalls.h"
 #include "../devices/ThreadJoiner.h"
 
-#include <QTcpServer>
 #include <QTcpSocket>
 #include <QtTest>
 #include <atomic>
@@ -41,17 +40,12 @@ void tst_GwClientThreads::callsFromThreads_whileResultsFlood_thenDeInit()
     QVERIFY2(gw.start(), qPrintable(gw.error()));
     QCOMPARE(GW_PF_Init(1, "127.0.0.1", gw.port(), 101), GW_OK);
     GW_PF_SetResultCallback(&countResult, nullptr);
-
-    QTcpServer probe;
-    probe.listen(QHostAddress::LocalHost);
-    const quint16 port = probe.serverPort();
-    probe.close();
+    const quint16 port = freePort();
     const int server = add("TcpServerModule");
-    QCOMPARE(set(server, "LocalIP", "127.0.0.1"), GW_OK);
-    QCOMPARE(set(server, "LocalPort", QByteArray::number(port)), GW_OK);
-    QCOMPARE(set(server, "ConnectState", "true"), GW_OK);
+    QCOMPARE(setAll(server, {{"LocalIP", "127.0.0.1"}, {"LocalPort", QByteArray::number(port)},
+                             {"ConnectState", "true"}}),
+             GW_OK);
     const int other = add("UdpModule");
-
     QTcpSocket peer;
     peer.connectToHost(QHostAddress::LocalHost, port);
     QVERIFY(peer.waitForConnected(3000));
@@ -69,9 +63,8 @@ void tst_GwClientThreads::callsFromThreads_whileResultsFlood_thenDeInit()
             }
         });
     }
-    const QByteArray line(62, 'x');
     for (int i = 0; i < 2000; ++i)
-        peer.write(line + "\r\n");
+        peer.write(QByteArray(62, 'x') + "\r\n");
     QVERIFY(peer.waitForBytesWritten(5000));
     QTRY_VERIFY(g_results.load() > 100);
     GW_PF_DeInit();

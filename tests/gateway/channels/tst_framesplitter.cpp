@@ -18,29 +18,25 @@ void tst_FrameSplitter::feed_data()
     QTest::addColumn<QList<QByteArray>>("frames");
     QTest::addColumn<int>("dropped");
     using L = QList<QByteArray>;
-    QTest::newRow("CR LF lines in one read") << QByteArray("\r\n") << 64 << L{"a\r\nbc\r\n"} << L{"a\r\n", "bc\r\n"} << 0;
-    QTest::newRow("frame over many reads") << QByteArray("\r\n") << 64 << L{"he", "llo", " world\r\n"}
-                                           << L{"hello world\r\n"} << 0;
-    QTest::newRow("end sequence split across reads") << QByteArray("\r\n") << 64 << L{"abc\r", "\ndef\r", "\n"}
-                                                     << L{"abc\r\n", "def\r\n"} << 0;
-    QTest::newRow("three-byte end split twice") << QByteArray("END") << 64 << L{"xE", "N", "Dy"} << L{"xEND"} << 0;
-    QTest::newRow("single end byte") << QByteArray(";") << 64 << L{"1;2;3"} << L{"1;", "2;"} << 0;
-    QTest::newRow("lone CR is data") << QByteArray("\r\n") << 64 << L{"a\rb\r\n"} << L{"a\rb\r\n"} << 0;
-    QTest::newRow("no end char, chunks as they come") << QByteArray() << 4 << L{"abcdefghij", "k"}
-                                                      << L{"abcd", "efgh", "ij", "k"} << 0;
-    QTest::newRow("over-long run dropped, next frame kept") << QByteArray("\n") << 8 << L{"0123456789", "abc\nok\n"}
-                                                            << L{"ok\n"} << 1;
-    QTest::newRow("over-long single read dropped") << QByteArray("\n") << 4 << L{"abcdefgh\nxy\n"} << L{"xy\n"} << 1;
-    QTest::newRow("over-long run ends with split end") << QByteArray("\r\n") << 4 << L{"abcdefgh\r", "\nok\r\n"}
-                                                       << L{"ok\r\n"} << 1;
-    QTest::newRow("frame of exactly the limit") << QByteArray("\n") << 4 << L{"abc\n"} << L{"abc\n"} << 0;
-    QTest::newRow("end split across reads makes frame too long")
-        << QByteArray("\r\n") << 4 << L{"abc\r", "\nok\r\n"} << L{"ok\r\n"} << 1;
-    QTest::newRow("over-long run over many reads counted once")
-        << QByteArray("\n") << 4 << L{"abc", "def", "ghi", "jk\n", "z\n"} << L{"z\n"} << 1;
-    QTest::newRow("two over-long runs") << QByteArray("\n") << 4 << L{"abcdefg\nhijklmn\nok\n"} << L{"ok\n"} << 2;
-    QTest::newRow("no end char, read of exactly the limit") << QByteArray() << 4 << L{"abcd"} << L{"abcd"} << 0;
-    QTest::newRow("empty read") << QByteArray("\n") << 8 << L{""} << L{} << 0;
+    auto row = [](const char *name, const char *endChar, int maxFrame, const L &reads, const L &frames, int dropped) {
+        QTest::newRow(name) << QByteArray(endChar) << maxFrame << reads << frames << dropped;
+    };
+    row("CR LF lines in one read", "\r\n", 64, {"a\r\nbc\r\n"}, {"a\r\n", "bc\r\n"}, 0);
+    row("frame over many reads", "\r\n", 64, {"he", "llo", " world\r\n"}, {"hello world\r\n"}, 0);
+    row("end sequence split across reads", "\r\n", 64, {"abc\r", "\ndef\r", "\n"}, {"abc\r\n", "def\r\n"}, 0);
+    row("three-byte end split twice", "END", 64, {"xE", "N", "Dy"}, {"xEND"}, 0);
+    row("single end byte", ";", 64, {"1;2;3"}, {"1;", "2;"}, 0);
+    row("lone CR is data", "\r\n", 64, {"a\rb\r\n"}, {"a\rb\r\n"}, 0);
+    row("no end char, chunks as they come", "", 4, {"abcdefghij", "k"}, {"abcd", "efgh", "ij", "k"}, 0);
+    row("over-long run dropped, next frame kept", "\n", 8, {"0123456789", "abc\nok\n"}, {"ok\n"}, 1);
+    row("over-long single read dropped", "\n", 4, {"abcdefgh\nxy\n"}, {"xy\n"}, 1);
+    row("over-long run ends with split end", "\r\n", 4, {"abcdefgh\r", "\nok\r\n"}, {"ok\r\n"}, 1);
+    row("frame of exactly the limit", "\n", 4, {"abc\n"}, {"abc\n"}, 0);
+    row("end split across reads makes frame too long", "\r\n", 4, {"abc\r", "\nok\r\n"}, {"ok\r\n"}, 1);
+    row("over-long run over many reads counted once", "\n", 4, {"abc", "def", "ghi", "jk\n", "z\n"}, {"z\n"}, 1);
+    row("two over-long runs", "\n", 4, {"abcdefg\nhijklmn\nok\n"}, {"ok\n"}, 2);
+    row("no end char, read of exactly the limit", "", 4, {"abcd"}, {"abcd"}, 0);
+    row("empty read", "\n", 8, {""}, {}, 0);
 }
 
 void tst_FrameSplitter::feed()

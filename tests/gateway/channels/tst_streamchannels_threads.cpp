@@ -23,9 +23,7 @@ constexpr int kLineSize = 64;
 QByteArray line(int writer, int seq)
 {
     QByteArray text = QByteArray::number(writer) + ':' + QByteArray::number(seq) + ':';
-    text.append(QByteArray(kLineSize - 1 - text.size(), 'x'));
-    text.append('\n');
-    return text;
+    return text + QByteArray(kLineSize - 1 - text.size(), 'x') + '\n';
 }
 } // namespace
 
@@ -50,14 +48,13 @@ void tst_StreamChannelsThreads::writeFromThreads_whilePeerStreams()
     const quint16 port = freeTcpPort();
     std::unique_ptr<StreamChannel> channel(StreamChannel::create("TcpServerModule"));
     ChannelProbe probe(channel.get());
-    const StreamChannel::Params params{
-        {"LocalIP", "127.0.0.1"}, {"LocalPort", QByteArray::number(port)}, {"MaxConnections", "2"}, {"EndChar", "\n"}};
-    QCOMPARE(channel->open(params), GW_OK);
+    QCOMPARE(channel->open({{"LocalIP", "127.0.0.1"}, {"LocalPort", QByteArray::number(port)}, {"EndChar", "\n"}}),
+             GW_OK);
     QTcpSocket peer;
     peer.connectToHost(QHostAddress::LocalHost, port);
     QVERIFY(peer.waitForConnected(5000));
     peer.write(line(9, 0));
-    QTRY_COMPARE(probe.frameCount(), 1); // accepted: writes now have a peer
+    QTRY_COMPARE(probe.frames().size(), 1); // accepted: writes now have a peer
 
     std::array<std::atomic<int>, kWriters> accepted{};
     std::atomic<int> refused{0};
@@ -65,9 +62,8 @@ void tst_StreamChannelsThreads::writeFromThreads_whilePeerStreams()
     std::vector<std::thread> threads;
     {
         ThreadJoiner joiner{threads};
-        StreamChannel *shared = channel.get();
         for (int w = 0; w < kWriters; ++w) {
-            threads.emplace_back([shared, w, &accepted, &refused, &finished] {
+            threads.emplace_back([shared = channel.get(), w, &accepted, &refused, &finished] {
                 for (int i = 0; i < kWritesPerThread; ++i) {
                     const quint32 rc = shared->write(line(w, i));
                     if (rc == GW_OK)
@@ -82,7 +78,7 @@ void tst_StreamChannelsThreads::writeFromThreads_whilePeerStreams()
             peer.write(line(8, i));
         if (closeWhileWriting)
             channel->close();
-        QTRY_COMPARE(finished.load(), kWriters);
+        QTRY_COMPARE(finished.load(), kWriters); // the peer streams in meanwhile
     }
 
     int total = 0;
@@ -102,7 +98,7 @@ void tst_StreamChannelsThreads::writeFromThreads_whilePeerStreams()
         }
         for (int w = 0; w < kWriters; ++w)
             QCOMPARE(got[size_t(w)], accepted[size_t(w)].load());
-        QTRY_COMPARE(probe.frameCount(), kPeerLines + 1);
+        QTRY_COMPARE(probe.frames().size(), kPeerLines + 1);
         QCOMPARE(probe.frames().last(), line(8, kPeerLines));
     }
     channel->close();

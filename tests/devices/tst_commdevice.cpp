@@ -21,10 +21,10 @@ public:
     QStringList calls;
     void CreateControl(tinyxml2::XMLElement *) override {}
     void setDeviceID(int id) override { calls << QStringLiteral("id %1").arg(id); }
-    void setModuleParam() override { calls << QStringLiteral("set"); }
-    void getModuleParam() override { calls << QStringLiteral("get"); }
     void setItemEnable(bool enable) override { calls << QStringLiteral("enable %1").arg(enable); }
 };
+
+const QString kStampFormat = QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz");
 
 QString stripStamp(const QString &entry)
 {
@@ -46,20 +46,15 @@ private slots:
     void init();
     void received_textAndHexForms_data();
     void received_textAndHexForms();
-    void received_entriesCarryTheLocalTime();
     void timeStamp_matchesQtAcrossSecondBoundaries();
-    void received_250Blocks_keepTheLast200();
+    void received_250Blocks_keepTheLast200UntilCleared();
     void received_emptyBlock_changesNothing();
     void received_addressBlock_emitsResultOnly();
-    void clear_emptiesBothListsAndNotifies();
     void timer_reannouncesListsWithoutData();
-    void connectState_parsing_data();
-    void connectState_parsing();
-    void connectState_readFailure_keepsState();
+    void getConnectState_data();
+    void getConnectState();
     void setConnectState_data();
     void setConnectState();
-    void setDeviceID_propagatesEvenWhenUnchanged();
-    void itemOperations_skipNullAndKeepOrder();
 
 private:
     FakeGateway &m_gw = FakeGateway::instance();
@@ -85,6 +80,7 @@ void tst_CommDevice::received_textAndHexForms_data()
     QTest::newRow("space and 0x80") << QByteArray(" \x80") << " [80]" << "[20][80]";
 }
 
+// Both forms of an entry carry the same local time, as Qt formats it.
 void tst_CommDevice::received_textAndHexForms()
 {
     QFETCH(QByteArray, bytes);
@@ -92,26 +88,16 @@ void tst_CommDevice::received_textAndHexForms()
     QFETCH(QString, hex);
     CommDevice device(QStringLiteral("TcpServerModule"));
     QSignalSpy textChanged(&device, &CommDevice::recvDataListChanged);
+    const QString before = QDateTime::currentDateTime().toString(kStampFormat);
     receive(device, bytes);
+    const QString after = QDateTime::currentDateTime().toString(kStampFormat);
     QCOMPARE(device.recvDataList().size(), 1);
-    QCOMPARE(stripStamp(device.recvDataList().first()), text);
-    QCOMPARE(stripStamp(device.recvHexDataList().first()), hex);
-    QCOMPARE(textChanged.count(), 0); // appends are silent
-}
-
-void tst_CommDevice::received_entriesCarryTheLocalTime()
-{
-    CommDevice device;
-    const QDateTime before = QDateTime::currentDateTime();
-    receive(device, "x");
-    const QDateTime after = QDateTime::currentDateTime();
     const QString entry = device.recvDataList().first();
-    const QDateTime stamp = QDateTime::fromString(entry.mid(1, 23), QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz"));
-    QVERIFY2(stamp.isValid(), qPrintable(entry));
-    QVERIFY(stamp >= before.addMSecs(-1) && stamp <= after.addMSecs(1));
-    QCOMPARE(entry.mid(1, 23), device.recvHexDataList().first().mid(1, 23));
-    // Same text as Qt's own formatting of that moment.
-    QCOMPARE(entry.mid(1, 23), stamp.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz")));
+    QCOMPARE(stripStamp(entry), text);
+    QCOMPARE(stripStamp(device.recvHexDataList().first()), hex);
+    QVERIFY2(before <= entry.mid(1, 23) && entry.mid(1, 23) <= after, qPrintable(before + " " + entry + " " + after));
+    QCOMPARE(device.recvHexDataList().first().left(26), entry.left(26));
+    QCOMPARE(textChanged.count(), 0); // appends are silent
 }
 
 // The cached text of the current second must follow the clock: every stamp
@@ -119,14 +105,13 @@ void tst_CommDevice::received_entriesCarryTheLocalTime()
 // sorts like the time), and a second rolls over in the stamps as well.
 void tst_CommDevice::timeStamp_matchesQtAcrossSecondBoundaries()
 {
-    const QString format = QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz");
     QSet<QString> seconds;
     QElapsedTimer guard;
     guard.start();
     while (seconds.size() < 2 && guard.elapsed() < 5000) {
-        const QString before = QDateTime::currentDateTime().toString(format);
+        const QString before = QDateTime::currentDateTime().toString(kStampFormat);
         const QString stamp = RecvDataFormat::timeStamp();
-        const QString after = QDateTime::currentDateTime().toString(format);
+        const QString after = QDateTime::currentDateTime().toString(kStampFormat);
         QCOMPARE(stamp.size(), 23);
         QVERIFY2(before <= stamp && stamp <= after, qPrintable(before + " " + stamp + " " + after));
         seconds.insert(stamp.left(19));
@@ -134,7 +119,7 @@ void tst_CommDevice::timeStamp_matchesQtAcrossSecondBoundaries()
     QVERIFY(seconds.size() >= 2);
 }
 
-void tst_CommDevice::received_250Blocks_keepTheLast200()
+void tst_CommDevice::received_250Blocks_keepTheLast200UntilCleared()
 {
     CommDevice device;
     for (int i = 1; i <= 250; ++i)
@@ -146,6 +131,13 @@ void tst_CommDevice::received_250Blocks_keepTheLast200()
     QCOMPARE(stripStamp(text.first()), QStringLiteral("51"));
     QCOMPARE(stripStamp(text.last()), QStringLiteral("250"));
     QCOMPARE(stripStamp(hex.first()), QStringLiteral("[35][31]"));
+    QSignalSpy textChanged(&device, &CommDevice::recvDataListChanged);
+    QSignalSpy hexChanged(&device, &CommDevice::recvHexDataListChanged);
+    device.clearRecvDatas();
+    QVERIFY(device.recvDataList().isEmpty());
+    QVERIFY(device.recvHexDataList().isEmpty());
+    QCOMPARE(textChanged.count(), 1);
+    QCOMPARE(hexChanged.count(), 1);
 }
 
 void tst_CommDevice::received_emptyBlock_changesNothing()
@@ -172,19 +164,6 @@ void tst_CommDevice::received_addressBlock_emitsResultOnly()
     QVERIFY(device.recvHexDataList().isEmpty());
 }
 
-void tst_CommDevice::clear_emptiesBothListsAndNotifies()
-{
-    CommDevice device;
-    receive(device, "abc");
-    QSignalSpy text(&device, &CommDevice::recvDataListChanged);
-    QSignalSpy hex(&device, &CommDevice::recvHexDataListChanged);
-    device.clearRecvDatas();
-    QVERIFY(device.recvDataList().isEmpty());
-    QVERIFY(device.recvHexDataList().isEmpty());
-    QCOMPARE(text.count(), 1);
-    QCOMPARE(hex.count(), 1);
-}
-
 void tst_CommDevice::timer_reannouncesListsWithoutData()
 {
     CommDevice device;
@@ -195,53 +174,57 @@ void tst_CommDevice::timer_reannouncesListsWithoutData()
     QVERIFY(hex.count() >= 1);
 }
 
-void tst_CommDevice::connectState_parsing_data()
+void tst_CommDevice::getConnectState_data()
 {
     QTest::addColumn<QByteArray>("value");
+    QTest::addColumn<quint32>("answer");
+    QTest::addColumn<bool>("before");
     QTest::addColumn<bool>("state");
-    QTest::newRow("true") << QByteArray("true") << true;
-    QTest::newRow("True") << QByteArray("True") << true;
-    QTest::newRow("TRUE is not true") << QByteArray("TRUE") << false;
-    QTest::newRow("1 is not true") << QByteArray("1") << false;
-    QTest::newRow("empty") << QByteArray() << false;
+    QTest::addColumn<QString>("logLine");
+    QTest::newRow("true") << QByteArray("true") << quint32(0) << false << true
+                          << "[7]TcpClientModule ConnectState=true(true)";
+    QTest::newRow("True") << QByteArray("True") << quint32(0) << false << true
+                          << "[7]TcpClientModule ConnectState=True(true)";
+    QTest::newRow("TRUE is not true") << QByteArray("TRUE") << quint32(0) << true << false
+                                      << "[7]TcpClientModule ConnectState=TRUE(false)";
+    QTest::newRow("1 is not true") << QByteArray("1") << quint32(0) << true << false
+                                   << "[7]TcpClientModule ConnectState=1(false)";
+    QTest::newRow("empty") << QByteArray() << quint32(0) << true << false << "[7]TcpClientModule ConnectState=(false)";
+    QTest::newRow("read fails: state kept, no box") << QByteArray("false") << quint32(GW_ERR_TIMEOUT) << true << true
+                                                    << "GW_PF_GetModuleParam failed, error=e0000005";
 }
 
-void tst_CommDevice::connectState_parsing()
+void tst_CommDevice::getConnectState()
 {
     QFETCH(QByteArray, value);
+    QFETCH(quint32, answer);
+    QFETCH(bool, before);
     QFETCH(bool, state);
+    QFETCH(QString, logLine);
     CommDevice device(QStringLiteral("TcpClientModule"));
     auto *item = new RecordingProxy(&device);
     device.AddDeviceItem(item);
+    device.AddDeviceItem(nullptr); // never listed, never called
     device.setDeviceID(7);
+    device.updateConState(before);
+    QCOMPARE(item->calls, QStringList{QStringLiteral("id 7")});
+    QCOMPARE(device.items().size(), 1);
     item->calls.clear();
     m_gw.setParam(7, "ConnectState", value);
+    m_gw.answer(QStringLiteral("GetModuleParam"), answer);
     QSignalSpy changed(&device, &CommDevice::connectStateChanged);
-    QCOMPARE(device.GwGetConnectState(), 0);
+    QSignalSpy box(&device, &CommDevice::messageBox);
+    QCOMPARE(device.GwGetConnectState(), int(answer));
     QCOMPARE(device.connectState(), state);
-    QCOMPARE(changed.count(), 1);
-    QCOMPARE(item->calls, QStringList{QStringLiteral("enable %1").arg(state)});
+    QCOMPARE(changed.count(), answer ? 0 : 1);
+    QCOMPARE(item->calls, answer ? QStringList() : QStringList{QStringLiteral("enable %1").arg(state)});
+    QCOMPARE(box.count(), 0);
     const FakeGwCall call = m_gw.lastCall(QStringLiteral("GetModuleParam"));
     QCOMPARE(call.moduleId, 7);
     QCOMPARE(call.addressId, -1);
     QCOMPARE(call.recordCount, 1);
     QCOMPARE(call.entries.first().first, QByteArray("ConnectState"));
-    const QString line = QStringLiteral("[7]TcpClientModule ConnectState=%1(%2)")
-                             .arg(QString::fromUtf8(value), state ? "true" : "false");
-    QVERIFY(HostLog::capturedMessages().last().endsWith(line));
-}
-
-void tst_CommDevice::connectState_readFailure_keepsState()
-{
-    CommDevice device;
-    device.setDeviceID(3);
-    device.updateConState(true);
-    m_gw.answer(QStringLiteral("GetModuleParam"), GW_ERR_TIMEOUT);
-    QSignalSpy box(&device, &CommDevice::messageBox);
-    QCOMPARE(device.GwGetConnectState(), int(GW_ERR_TIMEOUT));
-    QVERIFY(device.connectState());
-    QCOMPARE(box.count(), 0);
-    QVERIFY(HostLog::capturedMessages().last().endsWith(QLatin1String("GW_PF_GetModuleParam failed, error=e0000005")));
+    QVERIFY(HostLog::capturedMessages().last().endsWith(logLine));
 }
 
 void tst_CommDevice::setConnectState_data()
@@ -277,34 +260,6 @@ void tst_CommDevice::setConnectState()
         QCOMPARE(box.first().at(1).toString(), QStringLiteral("The port is already in use"));
         QVERIFY(HostLog::capturedMessages().last().endsWith(QLatin1String("GwSetModuleParam failed, error=e0000015")));
     }
-}
-
-void tst_CommDevice::setDeviceID_propagatesEvenWhenUnchanged()
-{
-    CommDevice device;
-    auto *first = new RecordingProxy(&device);
-    auto *second = new RecordingProxy(&device);
-    device.AddDeviceItem(first);
-    device.AddDeviceItem(nullptr);
-    device.AddDeviceItem(second);
-    device.setDeviceID(9);
-    QSignalSpy changed(&device, &CommDevice::deviceIDChanged);
-    device.setDeviceID(9);
-    QCOMPARE(changed.count(), 1);
-    QCOMPARE(first->calls, QStringList({"id 9", "id 9"}));
-    QCOMPARE(second->calls, QStringList({"id 9", "id 9"}));
-    QCOMPARE(device.items().size(), 2);
-}
-
-void tst_CommDevice::itemOperations_skipNullAndKeepOrder()
-{
-    CommDevice device;
-    auto *item = new RecordingProxy(&device);
-    device.AddDeviceItem(item);
-    device.setModuleParams();
-    device.getModuleParams();
-    device.setItemsEnable(false);
-    QCOMPARE(item->calls, QStringList({"set", "get", "enable 0"}));
 }
 
 QTEST_GUILESS_MAIN(tst_CommDevice)

@@ -1,4 +1,3 @@
-#include "CEventDispatcher.h"
 #include "CommDevice.h"
 #include "DevicesManager.h"
 #include "FakeGateway.h"
@@ -7,10 +6,6 @@
 #include "HostConfig.h"
 #include "Slog.h"
 
-#include <QQmlComponent>
-#include <QQmlContext>
-#include <QQmlEngine>
-#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -23,28 +18,20 @@ private slots:
     void cleanup();
     void cleanupTestCase();
 
-    void load_keepsCommunicationTypesOnly();
+    void load_keepsCommunicationTypesAndReadsTheirParameters();
     void load_readsAtMost256Modules();
-    void load_devicesReadTheirParameters();
     void create_data();
     void create();
-    void create_writesEveryParameterOfTheNewDevice();
-    void create_twiceWithoutNewTemplate_fails();
-    void create_idAlreadyListed_keepsPendingDevice();
     void deleteDevice_data();
     void deleteDevice();
     void rename_data();
     void rename();
-    void checkPLCDevice_data();
-    void checkPLCDevice();
     void send_data();
     void send();
     void event_data();
     void event();
     void event_payloadIsCopiedBeforeTheCallbackReturns();
     void results_reachOnlyTheirDevice();
-    void generateUuid_hasQtsDefaultForm();
-    void qml_callsWithDefaultsAndReadsTheList();
 
 private:
     int addDevice(const QString &type, const QString &name);
@@ -102,19 +89,36 @@ int tst_DevicesManager::addDevice(const QString &type, const QString &name)
     return m_mgr->createCommDevice(type, name);
 }
 
-void tst_DevicesManager::load_keepsCommunicationTypesOnly()
+void tst_DevicesManager::load_keepsCommunicationTypesAndReadsTheirParameters()
 {
     m_gw.addModule("TcpServerModule", "Line 1");
     m_gw.addModule("InsightModule", "Camera");
     m_gw.addModule("tcpservermodule", "wrong case");
     m_gw.addModule("ProfinetModule", "PLC");
+    const int id = m_gw.addModule("TcpClientModule", "Robot");
+    m_gw.setParam(id, "TargetPort", "9100");
+    m_gw.setParam(id, "ConnectState", "true");
+    QSignalSpy changed(m_mgr, &DevicesManager::commDeviceListChanged);
     m_mgr->LoadDevices();
+    QCOMPARE(changed.count(), 1);
     const QList<CommDevice *> devices = m_mgr->commDeviceList();
-    QCOMPARE(devices.size(), 2);
+    QCOMPARE(devices.size(), 3);
     QCOMPARE(devices.at(0)->deviceType(), QStringLiteral("TcpServerModule"));
     QCOMPARE(devices.at(0)->deviceName(), QStringLiteral("Line 1"));
     QCOMPARE(devices.at(0)->deviceID(), 1);
     QCOMPARE(devices.at(1)->deviceID(), 4);
+    QVERIFY(!devices.at(0)->connectState());
+    CommDevice *robot = m_mgr->getDeviceById(id);
+    QVERIFY(robot && robot->connectState());
+    QString port;
+    for (BaseItemProxy *item : m_mgr->getCurrentDeviceItems(id)) {
+        if (item->baseData() && item->baseData()->objectName() == QLatin1String("TargetPort"))
+            port = item->baseData()->CurValue();
+        // A connected device greys out the items that allow it.
+        if (item->baseData() && item->baseData()->supportEnable())
+            QVERIFY(!item->baseData()->enable());
+    }
+    QCOMPARE(port, QStringLiteral("9100"));
 }
 
 void tst_DevicesManager::load_readsAtMost256Modules()
@@ -126,101 +130,71 @@ void tst_DevicesManager::load_readsAtMost256Modules()
     QCOMPARE(m_mgr->commDeviceList().size(), 256);
 }
 
-void tst_DevicesManager::load_devicesReadTheirParameters()
-{
-    const int id = m_gw.addModule("TcpClientModule", "Robot");
-    m_gw.setParam(id, "TargetPort", "9100");
-    m_gw.setParam(id, "ConnectState", "true");
-    QSignalSpy changed(m_mgr, &DevicesManager::commDeviceListChanged);
-    m_mgr->LoadDevices();
-    QCOMPARE(changed.count(), 1);
-    CommDevice *device = m_mgr->getDeviceById(id);
-    QVERIFY(device);
-    QVERIFY(device->connectState());
-    const auto items = m_mgr->getCurrentDeviceItems(id);
-    QVERIFY(!items.isEmpty());
-    QString port;
-    for (BaseItemProxy *item : items)
-        if (item->baseData() && item->baseData()->objectName() == QLatin1String("TargetPort"))
-            port = item->baseData()->CurValue();
-    QCOMPARE(port, QStringLiteral("9100"));
-    // A connected device greys out the items that allow it.
-    for (BaseItemProxy *item : items)
-        if (item->baseData() && item->baseData()->supportEnable())
-            QVERIFY(!item->baseData()->enable());
-}
-
 void tst_DevicesManager::create_data()
 {
+    QTest::addColumn<bool>("idTaken"); // a listed device already has the id the gateway hands out
+    QTest::addColumn<bool>("withTemplate");
     QTest::addColumn<quint32>("answer");
     QTest::addColumn<int>("result");
-    QTest::addColumn<QStringList>("messages");
-    QTest::newRow("added") << quint32(0) << 1 << QStringList();
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<QString>("logLine");
+    QTest::newRow("added") << false << true << quint32(0) << 1 << "" << "";
     QTest::newRow("gateway refuses")
-        << quint32(GW_ERR_UNKNOWN_TYPE) << int(GW_ERR_UNKNOWN_TYPE)
-        << QStringList{QStringLiteral("2:Adding the device failed: Unknown device type")};
+        << false << true << quint32(GW_ERR_UNKNOWN_TYPE) << int(GW_ERR_UNKNOWN_TYPE)
+        << "Adding the device failed: Unknown device type"
+        << "GW_PF_AddModule failed, deviceType[TcpServerModule], DisplayName[通信1], error=e000000c";
+    QTest::newRow("no template prepared") << false << false << quint32(0) << int(GW_ERR_NO_TEMPLATE)
+                                          << "Adding the device failed: No device template is prepared" << "";
+    QTest::newRow("id already listed")
+        << true << true << quint32(0) << int(GW_ERR_GENERAL) << "Adding the device failed: the device ID already exists"
+        << "AddModule devID[1] == ( Exist devID[1], deviceType[UdpModule], DisplayName[a] )";
 }
 
 void tst_DevicesManager::create()
 {
+    QFETCH(bool, idTaken);
+    QFETCH(bool, withTemplate);
     QFETCH(quint32, answer);
     QFETCH(int, result);
-    QFETCH(QStringList, messages);
+    QFETCH(QString, message);
+    QFETCH(QString, logLine);
+    if (idTaken) {
+        QCOMPARE(addDevice(QStringLiteral("UdpModule"), QStringLiteral("a")), 1);
+        m_gw.setNextModuleId(1);
+        m_gw.clearCalls();
+    }
     m_gw.answer(QStringLiteral("AddModule"), answer);
     QSignalSpy changed(m_mgr, &DevicesManager::commDeviceListChanged);
-    QVERIFY(m_mgr->loadAlgorithmTabXML(QStringLiteral("TcpServerModule")));
+    if (withTemplate)
+        QVERIFY(m_mgr->loadAlgorithmTabXML(QStringLiteral("TcpServerModule")));
     QCOMPARE(m_mgr->createCommDevice(QStringLiteral("TcpServerModule"), QStringLiteral("通信1")), result);
-    QCOMPARE(boxes(), messages);
-    QCOMPARE(changed.count(), answer == 0 ? 1 : 0);
-    QCOMPARE(m_mgr->commDeviceList().size(), answer == 0 ? 1 : 0);
-    const FakeGwCall add = m_gw.lastCall(QStringLiteral("AddModule"));
-    QCOMPARE(add.text, QByteArray("TcpServerModule"));
-    QCOMPARE(QString::fromUtf8(add.text2), QStringLiteral("通信1"));
-    if (answer) {
-        QVERIFY(HostLog::capturedMessages().last().endsWith(QStringLiteral(
-            "GW_PF_AddModule failed, deviceType[TcpServerModule], DisplayName[通信1], error=e000000c")));
+    QCOMPARE(boxes(), message.isEmpty() ? QStringList() : QStringList{QStringLiteral("2:") + message});
+    if (!logLine.isEmpty())
+        QVERIFY(HostLog::capturedMessages().last().endsWith(logLine));
+    const bool added = result > 0;
+    QCOMPARE(changed.count(), added ? 1 : 0);
+    QCOMPARE(m_mgr->commDeviceList().size(), added || idTaken ? 1 : 0);
+    QCOMPARE(bool(m_mgr->pendingDevice()), withTemplate && !added); // kept for another try
+    QCOMPARE(m_gw.modules().size(), idTaken ? 2 : int(added)); // a module made on the gateway stays there
+    QCOMPARE(m_gw.calls(QStringLiteral("AddModule")).size(), int(withTemplate));
+    if (withTemplate) {
+        const FakeGwCall add = m_gw.lastCall(QStringLiteral("AddModule"));
+        QCOMPARE(add.text, QByteArray("TcpServerModule"));
+        QCOMPARE(QString::fromUtf8(add.text2), QStringLiteral("通信1"));
     }
-}
-
-void tst_DevicesManager::create_writesEveryParameterOfTheNewDevice()
-{
-    const int id = addDevice(QStringLiteral("TcpServerModule"), QStringLiteral("Line"));
-    QVERIFY(id > 0);
-    QCOMPARE(m_gw.setCount(id, "LocalPort", "8000"), 1);
-    QCOMPARE(m_gw.setCount(id, "MaxConnections", "8"), 1);
-    QCOMPARE(m_gw.setCount(id, "EndChar", "\r\n"), 1);
+    if (!added) {
+        QVERIFY(m_gw.calls(QStringLiteral("SetModuleParam")).isEmpty());
+        return;
+    }
+    // Every parameter of the new device is written, one record each.
+    QCOMPARE(m_gw.setCount(result, "LocalPort", "8000"), 1);
+    QCOMPARE(m_gw.setCount(result, "MaxConnections", "8"), 1);
+    QCOMPARE(m_gw.setCount(result, "EndChar", "\r\n"), 1);
     for (const FakeGwCall &call : m_gw.calls(QStringLiteral("SetModuleParam"))) {
-        QCOMPARE(call.moduleId, id);
+        QCOMPARE(call.moduleId, result);
         QCOMPARE(call.recordCount, 1);
     }
-    CommDevice *device = m_mgr->getDeviceById(id);
-    QVERIFY(device);
-    QCOMPARE(device->deviceName(), QStringLiteral("Line"));
-    QVERIFY(!m_mgr->pendingDevice());
-}
-
-void tst_DevicesManager::create_twiceWithoutNewTemplate_fails()
-{
-    QVERIFY(addDevice(QStringLiteral("UdpModule"), QStringLiteral("a")) > 0);
-    m_boxes->clear();
-    QCOMPARE(m_mgr->createCommDevice(QStringLiteral("UdpModule"), QStringLiteral("b")), int(GW_ERR_NO_TEMPLATE));
-    QCOMPARE(boxes(), QStringList{QStringLiteral("2:Adding the device failed: No device template is prepared")});
-    QCOMPARE(m_gw.calls(QStringLiteral("AddModule")).size(), 1);
-}
-
-void tst_DevicesManager::create_idAlreadyListed_keepsPendingDevice()
-{
-    const int id = addDevice(QStringLiteral("UdpModule"), QStringLiteral("a"));
-    m_gw.setNextModuleId(id);
-    m_boxes->clear();
-    QVERIFY(m_mgr->loadAlgorithmTabXML(QStringLiteral("UdpModule")));
-    QCOMPARE(m_mgr->createCommDevice(QStringLiteral("UdpModule"), QStringLiteral("b")), int(GW_ERR_GENERAL));
-    QCOMPARE(boxes(), QStringList{QStringLiteral("2:Adding the device failed: the device ID already exists")});
-    QVERIFY(m_mgr->pendingDevice());
-    QCOMPARE(m_mgr->commDeviceList().size(), 1);
-    QCOMPARE(m_gw.modules().size(), 2); // the module made on the gateway is left there
-    QVERIFY(HostLog::capturedMessages().filter(QRegularExpression(
-        QStringLiteral("AddModule devID\\[%1\\] == \\( Exist devID\\[%1\\], deviceType\\[UdpModule\\], DisplayName\\[a\\] \\)").arg(id))).size() == 1);
+    QCOMPARE(m_mgr->getDeviceById(result)->deviceName(), QStringLiteral("通信1"));
 }
 
 void tst_DevicesManager::deleteDevice_data()
@@ -252,6 +226,7 @@ void tst_DevicesManager::deleteDevice()
     QCOMPARE(boxes(), messages);
     flushDeletes();
     QCOMPARE(device.isNull(), left == 0);
+    QVERIFY(!m_mgr->checkPLCDevice(uint(id))); // a UDP device, or none at all
 }
 
 void tst_DevicesManager::rename_data()
@@ -290,43 +265,27 @@ void tst_DevicesManager::rename()
     QCOMPARE(nameChanged.count(), renamed ? 1 : 0);
 }
 
-void tst_DevicesManager::checkPLCDevice_data()
-{
-    QTest::addColumn<QString>("type");
-    QTest::addColumn<bool>("plc");
-    QTest::newRow("profinet") << "ProfinetModule" << true;
-    QTest::newRow("ethernet/ip") << "EipModule" << true;
-    QTest::newRow("tcp server") << "TcpServerModule" << false;
-    QTest::newRow("serial") << "SerialModule" << false;
-}
-
-void tst_DevicesManager::checkPLCDevice()
-{
-    QFETCH(QString, type);
-    QFETCH(bool, plc);
-    const int id = addDevice(type, QStringLiteral("d"));
-    QCOMPARE(m_mgr->checkPLCDevice(uint(id)), plc);
-    QVERIFY(!m_mgr->checkPLCDevice(uint(id + 50)));
-}
-
 void tst_DevicesManager::send_data()
 {
     QTest::addColumn<QString>("msg");
     QTest::addColumn<bool>("connected");
     QTest::addColumn<bool>("hex");
     QTest::addColumn<int>("dataType");
-    QTest::addColumn<QString>("function");
     QTest::addColumn<QByteArray>("sent");
-    QTest::addColumn<int>("result");
-    QTest::addColumn<QString>("message");
-    QTest::newRow("text") << "hello" << true << false << 2 << "WriteString" << QByteArray("hello") << 0 << "";
-    QTest::newRow("hex mode") << "41 42 43" << true << true << 2 << "WriteString" << QByteArray("ABC") << 0 << "";
-    QTest::newRow("integers") << "1;2;" << true << false << 0 << "WriteInt" << QByteArray("1;2;") << 0 << "";
-    QTest::newRow("floats") << "1.5;" << true << false << 1 << "WriteFloat" << QByteArray("1.5;") << 0 << "";
-    QTest::newRow("empty text") << "" << true << false << 2 << "" << QByteArray() << int(GW_ERR_GENERAL)
-                                << "2:The text to send is empty";
-    QTest::newRow("device not switched on") << "x" << false << false << 2 << "" << QByteArray()
-                                            << int(GW_ERR_GENERAL) << "2:Switch the device on first";
+    QTest::addColumn<QString>("message"); // a refusal's box; nothing is sent then
+    QTest::newRow("text") << "hello" << true << false << 2 << QByteArray("hello") << "";
+    QTest::newRow("integers") << "1;2;" << true << false << 0 << QByteArray("1;2;") << "";
+    QTest::newRow("floats") << "1.5;" << true << false << 1 << QByteArray("1.5;") << "";
+    QTest::newRow("hex: pairs with blanks") << "41 42 43" << true << true << 2 << QByteArray("ABC") << "";
+    QTest::newRow("hex: odd last digit dropped") << "4 1 4" << true << true << 2 << QByteArray("A") << "";
+    QTest::newRow("hex: cut at a zero byte") << "41 42 00 43" << true << true << 2 << QByteArray("AB") << "";
+    QTest::newRow("hex: lower case") << "6a6B" << true << true << 2 << QByteArray("jk") << "";
+    QTest::newRow("hex: high byte is Latin-1, sent as UTF-8") << "E9" << true << true << 2 << QByteArray("\xC3\xA9")
+                                                              << "";
+    QTest::newRow("hex: only blanks send an empty text") << "   " << true << true << 2 << QByteArray() << "";
+    QTest::newRow("empty text") << "" << true << false << 2 << QByteArray() << "The text to send is empty";
+    QTest::newRow("device not switched on")
+        << "x" << false << false << 2 << QByteArray() << "Switch the device on first";
 }
 
 void tst_DevicesManager::send()
@@ -335,24 +294,22 @@ void tst_DevicesManager::send()
     QFETCH(bool, connected);
     QFETCH(bool, hex);
     QFETCH(int, dataType);
-    QFETCH(QString, function);
     QFETCH(QByteArray, sent);
-    QFETCH(int, result);
     QFETCH(QString, message);
+    const QString function = QStringList{"WriteInt", "WriteFloat", "WriteString"}.at(dataType);
     const int id = addDevice(QStringLiteral("TcpServerModule"), QStringLiteral("d"));
     m_mgr->getDeviceById(id)->updateConState(connected);
     m_mgr->sendDataNormalDevice()->setHexEnable(hex);
-    QCOMPARE(m_mgr->gwSendData(id, msg, -1, dataType, 2), result);
-    QCOMPARE(boxes(), message.isEmpty() ? QStringList() : QStringList{message});
-    if (!function.isEmpty()) {
+    QCOMPARE(m_mgr->gwSendData(id, msg, -1, dataType, 2), message.isEmpty() ? 0 : int(GW_ERR_GENERAL));
+    QCOMPARE(boxes(), message.isEmpty() ? QStringList() : QStringList{QStringLiteral("2:") + message});
+    QCOMPARE(m_gw.calls(function).size(), message.isEmpty() ? 1 : 0);
+    if (message.isEmpty()) {
         const FakeGwCall call = m_gw.lastCall(function);
         QCOMPARE(call.moduleId, id);
         QCOMPARE(call.addressId, -1);
         QCOMPARE(call.text, sent);
         if (dataType != 2)
-            QCOMPARE(call.number, 2);
-    } else {
-        QVERIFY(m_gw.calls(QStringLiteral("WriteString")).isEmpty());
+            QCOMPARE(call.number, 2); // the value count
     }
 }
 
@@ -380,7 +337,7 @@ void tst_DevicesManager::event()
     QFETCH(bool, state);
     QFETCH(QString, logLine);
     QCOMPARE(addDevice(QStringLiteral("TcpServerModule"), QStringLiteral("d")), 1);
-    m_gw.setCallbacks(EventCallBack, nullptr, ResultCallBack, nullptr);
+    GW_PF_SetEventCalBack(EventCallBack, nullptr);
     CommDevice *device = m_mgr->getDeviceById(1);
     HostLog::clearCaptured();
     QVERIFY(m_gw.fireEvent(type, payload)); // from a gateway thread, queued to this one
@@ -416,7 +373,7 @@ void tst_DevicesManager::results_reachOnlyTheirDevice()
 {
     const int a = addDevice(QStringLiteral("TcpServerModule"), QStringLiteral("a"));
     const int b = addDevice(QStringLiteral("UdpModule"), QStringLiteral("b"));
-    m_gw.setCallbacks(EventCallBack, nullptr, ResultCallBack, nullptr);
+    GW_PF_SetResultCallback(ResultCallBack, nullptr);
     QVERIFY(m_gw.fireResult(b, -1, "hi\r\n"));
     QVERIFY(m_gw.fireResult(99, -1, "nobody"));
     QVERIFY(m_gw.fireResult(a, -1, QByteArray()));
@@ -425,45 +382,6 @@ void tst_DevicesManager::results_reachOnlyTheirDevice()
     QCOMPARE(m_mgr->getDeviceById(b)->recvDataList().size(), 1);
     QVERIFY(m_mgr->getDeviceById(b)->recvDataList().first().endsWith(QLatin1String("] hi[0D][0A]")));
     QVERIFY(HostLog::capturedMessages().filter(QStringLiteral("HandleGW")).isEmpty());
-}
-
-void tst_DevicesManager::generateUuid_hasQtsDefaultForm()
-{
-    const QString uuid = m_mgr->generateUuid();
-    QVERIFY(QRegularExpression(QStringLiteral("^\\{[0-9a-f]{8}-[0-9a-f]{4}-[0-9a-f]{4}-[0-9a-f]{4}-[0-9a-f]{12}\\}$"))
-                .match(uuid).hasMatch());
-    QVERIFY(uuid != m_mgr->generateUuid());
-}
-
-// What the page does: calls with the defaults left out, reads the device list
-// and its devices' properties, and creates a CommDevice by its import.
-void tst_DevicesManager::qml_callsWithDefaultsAndReadsTheList()
-{
-    const int id = addDevice(QStringLiteral("TcpServerModule"), QStringLiteral("Line"));
-    m_mgr->getDeviceById(id)->updateConState(true);
-    QQmlEngine engine;
-    engine.rootContext()->setContextProperty(QStringLiteral("DevicesManager"), m_mgr);
-    QQmlComponent component(&engine);
-    component.setData("import QtQml 2.15\n"
-                      "import lm.cpp.CommDevice 1.0\n"
-                      "QtObject {\n"
-                      "  property int sent: DevicesManager.gwSendData(1, 'hi')\n"
-                      "  property int count: DevicesManager.commDeviceList.length\n"
-                      "  property string name: DevicesManager.commDeviceList[0].deviceName\n"
-                      "  property bool plc: DevicesManager.checkPLCDevice(1)\n"
-                      "  property QtObject spare: CommDevice { deviceType: 'UdpModule' }\n"
-                      "}\n",
-                      QUrl());
-    QScopedPointer<QObject> object(component.create());
-    QVERIFY2(object, qPrintable(component.errorString()));
-    QCOMPARE(object->property("sent").toInt(), 0);
-    const FakeGwCall call = m_gw.lastCall(QStringLiteral("WriteString"));
-    QCOMPARE(call.moduleId, id);
-    QCOMPARE(call.addressId, -1);
-    QCOMPARE(call.text, QByteArray("hi"));
-    QCOMPARE(object->property("count").toInt(), 1);
-    QCOMPARE(object->property("name").toString(), QStringLiteral("Line"));
-    QCOMPARE(object->property("plc").toBool(), false);
 }
 
 QTEST_MAIN(tst_DevicesManager)

@@ -13,107 +13,99 @@ class KeyboardFilter : public QGlobalEventFilter
 {
 public:
     bool visible = false;
-    QRectF rect;
 
 protected:
     bool keyboardVisible() const override { return visible; }
-    QRectF keyboardRectangle() const override { return rect; }
+    // The reported position is replaced by the drawn one: centred on the
+    // bottom edge of the primary screen.
+    QRectF keyboardRectangle() const override { return QRectF(0, 0, 400, 200); }
 };
-
-bool sendPress(QObject *target, const QPointF &global)
-{
-    QMouseEvent press(QEvent::MouseButtonPress, QPointF(1, 1), QPointF(1, 1), global, Qt::LeftButton,
-                      Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(target, &press);
-    return press.isAccepted();
-}
 
 // Records whether a wheel event reached it.
 struct Probe : QObject {
     bool seen = false;
     bool event(QEvent *e) override
     {
-        if (e->type() == QEvent::Wheel)
-            seen = true;
+        seen |= e->type() == QEvent::Wheel;
         return QObject::event(e);
     }
 };
 
-// True when the wheel event reached the target object.
-bool wheelReaches(Probe *target)
+// True when a wheel event sent to the probe reached it.
+bool wheelReaches(Probe &probe)
 {
-    Probe *probe = target;
-    probe->seen = false;
+    probe.seen = false;
     QWheelEvent wheel(QPointF(1, 1), QPointF(5, 5), QPoint(), QPoint(0, 120), Qt::NoButton, Qt::NoModifier,
                       Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(target, &wheel);
-    return probe->seen;
+    QCoreApplication::sendEvent(&probe, &wheel);
+    return probe.seen;
 }
-
 } // namespace
 
 class tst_QGlobalEventFilter : public QObject
 {
     Q_OBJECT
 private slots:
-    void disabled_emitsNothingAndLetsWheelPass();
-    void press_emitsRoundedGlobalPosition_data();
-    void press_emitsRoundedGlobalPosition();
-    void move_emitsRoundedGlobalPosition();
+    void mouse_emitsRoundedGlobalPosition_data();
+    void mouse_emitsRoundedGlobalPosition();
     void wheel_swallowedOnlyWithBothFlags_data();
     void wheel_swallowedOnlyWithBothFlags();
-    void press_onVisibleKeyboard_emitsNothing_data();
-    void press_onVisibleKeyboard_emitsNothing();
-    void instances_actIndependently();
 
 private:
     Probe m_target;
 };
 
-void tst_QGlobalEventFilter::disabled_emitsNothingAndLetsWheelPass()
+void tst_QGlobalEventFilter::mouse_emitsRoundedGlobalPosition_data()
 {
-    QGlobalEventFilter filter;
-    filter.setWheelFilterEnable(true);
-    QSignalSpy pressed(&filter, &QGlobalEventFilter::globalMousePressEvent);
-    sendPress(&m_target, QPointF(10, 10));
-    QCOMPARE(pressed.count(), 0);
-    QVERIFY(wheelReaches(&m_target));
-}
-
-void tst_QGlobalEventFilter::press_emitsRoundedGlobalPosition_data()
-{
+    QScreen *screen = QGuiApplication::primaryScreen();
+    if (!screen)
+        QSKIP("no primary screen on this platform");
+    const QSize size = screen->size();
+    const QPointF onKeyboard(size.width() / 2.0, size.height() - 50.0);
+    const QPoint onKeyboardRounded = onKeyboard.toPoint();
+    QTest::addColumn<bool>("enabled");
+    QTest::addColumn<bool>("press");    // else a move
+    QTest::addColumn<bool>("keyboard"); // the on-screen keyboard is shown
     QTest::addColumn<QPointF>("global");
+    QTest::addColumn<bool>("emitted");
     QTest::addColumn<QPoint>("expected");
-    QTest::newRow("whole pixels") << QPointF(10, 20) << QPoint(10, 20);
-    QTest::newRow("halves round up") << QPointF(2.5, 7.5) << QPoint(3, 8);
-    QTest::newRow("negative halves round up") << QPointF(-2.5, -0.5) << QPoint(-2, 0);
-    QTest::newRow("below half rounds down") << QPointF(3.49, -3.51) << QPoint(3, -4);
+    QTest::newRow("whole pixels") << true << true << false << QPointF(10, 20) << true << QPoint(10, 20);
+    QTest::newRow("halves round up") << true << true << false << QPointF(2.5, 7.5) << true << QPoint(3, 8);
+    QTest::newRow("negative halves round up") << true << true << false << QPointF(-2.5, -0.5) << true << QPoint(-2, 0);
+    QTest::newRow("below half rounds down") << true << true << false << QPointF(3.49, -3.51) << true << QPoint(3, -4);
+    QTest::newRow("move") << true << false << false << QPointF(4.5, 9.2) << true << QPoint(5, 9);
+    QTest::newRow("disabled filter, press") << false << true << false << QPointF(10, 10) << false << QPoint();
+    QTest::newRow("disabled filter, move") << false << false << false << QPointF(10, 10) << false << QPoint();
+    QTest::newRow("press on the shown keyboard") << true << true << true << onKeyboard << false << QPoint();
+    QTest::newRow("press where a hidden keyboard would be")
+        << true << true << false << onKeyboard << true << onKeyboardRounded;
+    QTest::newRow("press above the shown keyboard")
+        << true << true << true << QPointF(onKeyboard.x(), 10.0) << true << QPoint(onKeyboardRounded.x(), 10);
+    QTest::newRow("move over the shown keyboard") << true << false << true << onKeyboard << true << onKeyboardRounded;
 }
 
-void tst_QGlobalEventFilter::press_emitsRoundedGlobalPosition()
+void tst_QGlobalEventFilter::mouse_emitsRoundedGlobalPosition()
 {
+    QFETCH(bool, enabled);
+    QFETCH(bool, press);
+    QFETCH(bool, keyboard);
     QFETCH(QPointF, global);
+    QFETCH(bool, emitted);
     QFETCH(QPoint, expected);
-    QGlobalEventFilter filter;
-    filter.setFilterEnable(true);
+    KeyboardFilter filter;
+    filter.visible = keyboard;
+    filter.setFilterEnable(enabled);
     QSignalSpy pressed(&filter, &QGlobalEventFilter::globalMousePressEvent);
-    sendPress(&m_target, global);
-    QCOMPARE(pressed.count(), 1);
-    QCOMPARE(pressed.first().first().toPoint(), expected);
-}
-
-void tst_QGlobalEventFilter::move_emitsRoundedGlobalPosition()
-{
-    QGlobalEventFilter filter;
-    filter.setFilterEnable(true);
     QSignalSpy moved(&filter, &QGlobalEventFilter::globalMouseMoveEvent);
-    QSignalSpy pressed(&filter, &QGlobalEventFilter::globalMousePressEvent);
-    QMouseEvent move(QEvent::MouseMove, QPointF(1, 1), QPointF(1, 1), QPointF(4.5, 9.2), Qt::NoButton,
-                     Qt::NoButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(&m_target, &move);
-    QCOMPARE(moved.count(), 1);
-    QCOMPARE(moved.first().first().toPoint(), QPoint(5, 9));
-    QCOMPARE(pressed.count(), 0);
+    const Qt::MouseButton button = press ? Qt::LeftButton : Qt::NoButton;
+    QMouseEvent event(press ? QEvent::MouseButtonPress : QEvent::MouseMove, QPointF(1, 1), QPointF(1, 1), global,
+                      button, button, Qt::NoModifier);
+    QCoreApplication::sendEvent(&m_target, &event);
+    QSignalSpy &hit = press ? pressed : moved;
+    QCOMPARE(hit.count(), emitted ? 1 : 0);
+    if (emitted)
+        QCOMPARE(hit.first().first().toPoint(), expected);
+    QCOMPARE((press ? moved : pressed).count(), 0);
 }
 
 void tst_QGlobalEventFilter::wheel_swallowedOnlyWithBothFlags_data()
@@ -134,56 +126,7 @@ void tst_QGlobalEventFilter::wheel_swallowedOnlyWithBothFlags()
     QGlobalEventFilter filter;
     filter.setFilterEnable(filterEnable);
     filter.setWheelFilterEnable(wheelFilterEnable);
-    QCOMPARE(wheelReaches(&m_target), reaches);
-}
-
-void tst_QGlobalEventFilter::press_onVisibleKeyboard_emitsNothing_data()
-{
-    QScreen *screen = QGuiApplication::primaryScreen();
-    if (!screen)
-        QSKIP("no primary screen on this platform");
-    const QSize size = screen->size();
-    // A 400 x 200 keyboard is drawn centred on the bottom edge of the screen.
-    const QPointF onKeyboard(size.width() / 2.0, size.height() - 50.0);
-    QTest::addColumn<bool>("visible");
-    QTest::addColumn<QPointF>("global");
-    QTest::addColumn<int>("emitted");
-    QTest::newRow("visible keyboard, press on it") << true << onKeyboard << 0;
-    QTest::newRow("hidden keyboard, same press") << false << onKeyboard << 1;
-    QTest::newRow("visible keyboard, press above it") << true << QPointF(size.width() / 2.0, 10.0) << 1;
-}
-
-void tst_QGlobalEventFilter::press_onVisibleKeyboard_emitsNothing()
-{
-    QFETCH(bool, visible);
-    QFETCH(QPointF, global);
-    QFETCH(int, emitted);
-    KeyboardFilter filter;
-    filter.visible = visible;
-    filter.rect = QRectF(0, 0, 400, 200); // reported position is replaced by the drawn one
-    filter.setFilterEnable(true);
-    QSignalSpy pressed(&filter, &QGlobalEventFilter::globalMousePressEvent);
-    sendPress(&m_target, global);
-    QCOMPARE(pressed.count(), emitted);
-}
-
-void tst_QGlobalEventFilter::instances_actIndependently()
-{
-    QGlobalEventFilter open;
-    QGlobalEventFilter closed;
-    open.setFilterEnable(true);
-    QSignalSpy openPressed(&open, &QGlobalEventFilter::globalMousePressEvent);
-    QSignalSpy closedPressed(&closed, &QGlobalEventFilter::globalMousePressEvent);
-    sendPress(&m_target, QPointF(3, 3));
-    QCOMPARE(openPressed.count(), 1);
-    QCOMPARE(closedPressed.count(), 0);
-    {
-        QGlobalEventFilter swallowing;
-        swallowing.setFilterEnable(true);
-        swallowing.setWheelFilterEnable(true);
-        QVERIFY(!wheelReaches(&m_target));
-    }
-    QVERIFY(wheelReaches(&m_target)); // gone with its filter
+    QCOMPARE(wheelReaches(m_target), reaches);
 }
 
 QTEST_MAIN(tst_QGlobalEventFilter)

@@ -1,18 +1,10 @@
 #pragma once
-// Scriptable in-process implementation of every GW_PF_* function for unit
-// tests. Link the shared library FakeGateway instead of the real client.
-//
-//   FakeGateway &gw = FakeGateway::instance();   // reset() in init()
-//   gw.answer("SetModuleParam", 0xE00000FF);      // every SetModuleParam fails
-//   gw.answerKey("SetModuleParam", "TargetPort", 0xE0000010);
-//   gw.setParam(7, "ConnectState", "True");       // GetModuleParam answers it
-//   QCOMPARE(gw.setCount(7, "ConnectState", "true"), 1);
-//   QCOMPARE(gw.calls("GetModuleParam").size(), 1);
-//   gw.fireResult(7, -1, "AB\r\n");               // from another thread
-//
-// Every call is recorded with its arguments and record entries. The fake keeps
-// a module table (add/list/delete/rename) and a parameter store per module and
-// address: SetModuleParam stores what it accepted, GetModuleParam reads it back.
+// Scriptable in-process implementation of the GW_PF_* functions the module
+// calls, for unit tests: link the shared library FakeGateway instead of the
+// real client. Every call is recorded with its arguments and record entries;
+// answers are GW_OK unless scripted. The fake keeps a module table and a
+// parameter store per module and address: SetModuleParam stores what it
+// accepted, GetModuleParam reads it back.
 
 #include "GwPlatform.h"
 
@@ -25,13 +17,13 @@
 #include <mutex>
 
 struct FakeGwCall {
-    QString function;       // without the "GW_PF_" prefix
-    int moduleId = 0;
-    int addressId = 0;
-    int number = 0;         // count / capacity / direction / port, by function
-    QByteArray text;        // type, name, values, server address, by function
-    QByteArray text2;       // display name of AddModule
-    int recordCount = 0;    // count field of the record passed in
+    QString function;    // without the "GW_PF_" prefix
+    int moduleId = 0;    // Init: the mode
+    int addressId = 0;   // Init: the dongle type
+    int number = 0;      // count / capacity / port, by function
+    QByteArray text;     // type, name, values, server address, by function
+    QByteArray text2;    // display name of AddModule
+    int recordCount = 0; // count field of the record passed in
     QList<QPair<QByteArray, QByteArray>> entries; // the record's entries in use
 };
 
@@ -47,94 +39,89 @@ public:
     static FakeGateway &instance();
 
     // Back to a fresh gateway: no modules, no scripts, no calls, no callbacks.
-    void reset();
+    void reset() { Lock lock(m_mutex); m_s = State(); }
 
     // ---- scripting --------------------------------------------------------
     // Every call of `function` ("Init", "GetModuleParam", ...) returns code.
-    void answer(const QString &function, quint32 code);
+    void answer(const QString &function, quint32 code) { Lock lock(m_mutex); m_s.answers[function] = code; }
     // Calls of `function` whose first record key is `key` return code
     // (takes precedence over answer()).
-    void answerKey(const QString &function, const QByteArray &key, quint32 code);
-    // The next call of `function` returns code once, then the normal answer.
-    void answerOnce(const QString &function, quint32 code);
-    void clearAnswers();
-
-    // Parameter store read by GetModuleParam / GetAllParam.
+    void answerKey(const QString &function, const QByteArray &key, quint32 code)
+    {
+        Lock lock(m_mutex);
+        m_s.keyAnswers[qMakePair(function, key)] = code;
+    }
+    // Parameter store read by GetModuleParam.
     void setParam(int moduleId, const QByteArray &key, const QByteArray &value, int addressId = -1);
     QByteArray param(int moduleId, const QByteArray &key, int addressId = -1) const;
-
-    // Module table.
+    // Module table; ids count up from 1 unless setNextModuleId() says otherwise.
     int addModule(const QByteArray &type, const QByteArray &name); // returns the new id
-    QVector<FakeGwModule> modules() const;
-    // The id the next AddModule hands out (ids otherwise count up from 1).
-    void setNextModuleId(int id);
-
-    // Addresses of fieldbus modules (GetModuleAllAddressInfo).
-    int addAddress(int moduleId, const QByteArray &name, int addressId = 0); // 0: next free id
-    void setReadData(int moduleId, int addressId, const QByteArray &bytes);
-
-    // Texts returned by the list functions.
-    void setLocalIpList(const QByteArray &text);  // default "127.0.0.1"
-    void setSerialList(const QByteArray &text, int reportedLength = 0); // 0: the text's size
-    void setReservedPorts(const QByteArray &text);
+    QVector<FakeGwModule> modules() const { Lock lock(m_mutex); return m_s.modules; }
+    void setNextModuleId(int id) { Lock lock(m_mutex); m_s.nextModuleId = id; }
+    // Texts of the list functions (GetLocalIpList always answers "127.0.0.1").
+    void setSerialList(const QByteArray &text, int reportedLength = 0) // 0: the text's size
+    {
+        Lock lock(m_mutex);
+        m_s.serialList = text;
+        m_s.serialLength = reportedLength;
+    }
+    void setReservedPorts(const QByteArray &text) { Lock lock(m_mutex); m_s.reservedPorts = text; }
 
     // ---- inspection ---------------------------------------------------------
     QList<FakeGwCall> calls(const QString &function = QString()) const;
     FakeGwCall lastCall(const QString &function) const; // empty call when none
     // How many SetModuleParam calls wrote key = value at that address.
     int setCount(int moduleId, const QByteArray &key, const QByteArray &value, int addressId = -1) const;
-    // Same, for any module.
-    int setCount(const QByteArray &key, const QByteArray &value, int addressId = -1) const;
-    void clearCalls();
+    void clearCalls() { Lock lock(m_mutex); m_s.calls.clear(); }
 
     // ---- callbacks ----------------------------------------------------------
-    GW_EVENT_CALLBACK eventCallback() const;
-    GW_RESULT_CALLBACK resultCallback() const;
-    // Fire a callback from a fresh std::thread and wait for it to return.
-    // Returns false when no callback is registered.
+    // Fire the registered callback from a fresh std::thread and wait for it to
+    // return. Returns false when no callback is registered.
     bool fireEvent(int eventType, const QByteArray &payload);
     bool fireResult(int moduleId, int addressId, const QByteArray &data);
     // The usual connection event payload: the module id as int32.
     static QByteArray modulePayload(int moduleId);
 
-    // ---- used by the GW_PF_* implementations ---------------------------------
-    quint32 record(FakeGwCall call, const QByteArray &firstKey = QByteArray());
-    quint32 doGetParams(const QString &function, int moduleId, GW_PARAM_RECORD *rec, int addressId);
-    quint32 doSetParams(int moduleId, GW_PARAM_RECORD *rec, int addressId);
-    quint32 doGetAllModules(GW_MODULE_INFO *modules, int capacity, int *count);
-    quint32 doAddModule(const char *type, const char *name, int *id);
-    quint32 doDeleteModule(int id);
-    quint32 doUpdateModule(int id, const char *name);
-    quint32 doGetAddresses(int moduleId, GW_ADDRESS_INFO *infos, int capacity, int *count);
-    quint32 doAddAddress(int moduleId, const char *name, int direction, int *addressId);
-    quint32 doDeleteAddress(int moduleId, int addressId);
-    quint32 doReadData(int moduleId, int addressId, int size, int *length, char *buffer);
-    quint32 doTextList(const QString &function, char *buffer, int size, int *length);
-    void setCallbacks(GW_EVENT_CALLBACK event, void *eventUser, GW_RESULT_CALLBACK result, void *resultUser);
-    void setEventCallback(GW_EVENT_CALLBACK cb, void *user);
-    void setResultCallback(GW_RESULT_CALLBACK cb, void *user);
+    // ---- used by the GW_PF_* functions ----------------------------------------
+    // Records the call; returns its scripted answer (GW_OK unless scripted).
+    quint32 record(const FakeGwCall &call);
+    bool removeModule(int id);
+    bool renameModule(int id, const QByteArray &name);
+    // The text of a list function and the length it reports (0: the text's size).
+    QByteArray listText(const QString &function, int *reportedLength) const;
+    void setEventCallback(GW_EVENT_CALLBACK cb, void *user)
+    {
+        Lock lock(m_mutex);
+        m_s.eventCb = cb;
+        m_s.eventUser = user;
+    }
+    void setResultCallback(GW_RESULT_CALLBACK cb, void *user)
+    {
+        Lock lock(m_mutex);
+        m_s.resultCb = cb;
+        m_s.resultUser = user;
+    }
 
 private:
+    using Lock = std::lock_guard<std::mutex>;
+    struct State {
+        QList<FakeGwCall> calls;
+        QMap<QString, quint32> answers;
+        QMap<QPair<QString, QByteArray>, quint32> keyAnswers;
+        QMap<QPair<QPair<int, int>, QByteArray>, QByteArray> params; // ((module, address), key)
+        QVector<FakeGwModule> modules;
+        int nextModuleId = 1;
+        QByteArray serialList;
+        int serialLength = 0;
+        QByteArray reservedPorts;
+        GW_EVENT_CALLBACK eventCb = nullptr;
+        void *eventUser = nullptr;
+        GW_RESULT_CALLBACK resultCb = nullptr;
+        void *resultUser = nullptr;
+    };
+
     FakeGateway() = default;
-    quint32 answerFor(const QString &function, const QByteArray &firstKey);
-    static QList<QPair<QByteArray, QByteArray>> entriesOf(const GW_PARAM_RECORD *rec);
 
     mutable std::mutex m_mutex;
-    QList<FakeGwCall> m_calls;
-    QMap<QString, quint32> m_answers;
-    QMap<QPair<QString, QByteArray>, quint32> m_keyAnswers;
-    QMap<QString, QList<quint32>> m_onceAnswers;
-    QMap<QPair<QPair<int, int>, QByteArray>, QByteArray> m_params; // ((module, address), key)
-    QVector<FakeGwModule> m_modules;
-    int m_nextModuleId = 1;
-    QMap<int, QList<QPair<int, QByteArray>>> m_addresses; // module -> (id, name)
-    QMap<QPair<int, int>, QByteArray> m_readData;
-    QByteArray m_localIps = "127.0.0.1";
-    QByteArray m_serialList;
-    int m_serialLength = 0;
-    QByteArray m_reservedPorts;
-    GW_EVENT_CALLBACK m_eventCb = nullptr;
-    void *m_eventUser = nullptr;
-    GW_RESULT_CALLBACK m_resultCb = nullptr;
-    void *m_resultUser = nullptr;
+    State m_s;
 };

@@ -1,6 +1,8 @@
 // The GW_PF_* entry points of the fake: each records its call and defers to
-// FakeGateway for the answer.
+// FakeGateway for the answer. Functions the module never calls are left out.
 #include "FakeGateway.h"
+
+#include <cstring>
 
 namespace {
 FakeGateway &gw()
@@ -19,14 +21,51 @@ FakeGwCall makeCall(const char *function, int moduleId = 0, int addressId = 0, i
     c.text = text ? QByteArray(text) : QByteArray();
     return c;
 }
+
+QByteArray fieldText(const char *field, int size)
+{
+    return QByteArray(field, int(qstrnlen(field, uint(size))));
+}
+
+// A call that passes a parameter record: its count and the entries in use.
+FakeGwCall recordCall(const char *function, int moduleId, const GW_PARAM_RECORD *rec, int addressId)
+{
+    FakeGwCall c = makeCall(function, moduleId, addressId);
+    if (rec) {
+        c.recordCount = rec->count;
+        for (int i = 0; i < qBound(0, int(rec->count), GW_PARAM_MAX_ENTRIES); ++i)
+            c.entries.append(qMakePair(fieldText(rec->entries[i].key, GW_PARAM_KEY_SIZE),
+                                       fieldText(rec->entries[i].value, GW_PARAM_VALUE_SIZE)));
+    }
+    return c;
+}
+
+// GetReservedPorts answers GW_ERR_BUFFER_TOO_SMALL with the size it needs;
+// the other lists are cut to the buffer.
+uint32_t textList(const char *function, char *buffer, int size, int *length)
+{
+    const uint32_t code = gw().record(makeCall(function, 0, 0, size));
+    if (code != GW_OK && code != GW_ERR_BUFFER_TOO_SMALL)
+        return code;
+    if (!buffer || !length || size <= 0)
+        return GW_ERR_INVALID_ARGUMENT;
+    int reported = 0;
+    const QByteArray text = gw().listText(QString::fromLatin1(function), &reported);
+    if (std::strcmp(function, "GetReservedPorts") == 0 && (code != GW_OK || text.size() + 1 > size)) {
+        *length = text.size() + 1;
+        return GW_ERR_BUFFER_TOO_SMALL;
+    }
+    qstrncpy(buffer, text.constData(), uint(size));
+    *length = reported != 0 ? reported : qMin(text.size(), size - 1);
+    return GW_OK;
+}
 } // namespace
 
 extern "C" {
 
 uint32_t GW_PF_Init(int mode, const char *serverIp, int port, int dongleType)
 {
-    FakeGwCall c = makeCall("Init", mode, dongleType, port, serverIp);
-    return gw().record(c);
+    return gw().record(makeCall("Init", mode, dongleType, port, serverIp));
 }
 
 uint32_t GW_PF_DeInit(void)
@@ -42,8 +81,7 @@ uint32_t GW_PF_SetResultCallback(GW_RESULT_CALLBACK callback, void *userData)
 
 uint32_t GW_PF_SetRecvEventCalBack(GW_RECV_EVENT_CALLBACK callback, void *userData)
 {
-    FakeGwCall c = makeCall("SetRecvEventCalBack", callback ? 1 : 0, userData ? 1 : 0);
-    return gw().record(c);
+    return gw().record(makeCall("SetRecvEventCalBack", callback ? 1 : 0, userData ? 1 : 0));
 }
 
 uint32_t GW_PF_SetEventCalBack(GW_EVENT_CALLBACK callback, void *userData)
@@ -54,72 +92,79 @@ uint32_t GW_PF_SetEventCalBack(GW_EVENT_CALLBACK callback, void *userData)
 
 uint32_t GW_PF_GetAllModules(GW_MODULE_INFO *modules, int capacity, int *count)
 {
-    return gw().doGetAllModules(modules, capacity, count);
+    const uint32_t code = gw().record(makeCall("GetAllModules", 0, 0, capacity));
+    if (code != GW_OK)
+        return code;
+    if (!modules || !count || capacity < 0)
+        return GW_ERR_INVALID_ARGUMENT;
+    const QVector<FakeGwModule> list = gw().modules();
+    *count = qMin(capacity, list.size());
+    for (int i = 0; i < *count; ++i) {
+        modules[i] = GW_MODULE_INFO{};
+        modules[i].moduleId = list[i].id;
+        qstrncpy(modules[i].moduleType, list[i].type.constData(), GW_MODULE_TYPE_SIZE);
+        qstrncpy(modules[i].displayName, list[i].name.constData(), GW_MODULE_NAME_SIZE);
+    }
+    return GW_OK;
 }
 
 uint32_t GW_PF_AddModule(const char *moduleType, const char *displayName, int *moduleId)
 {
-    return gw().doAddModule(moduleType, displayName, moduleId);
+    FakeGwCall c = makeCall("AddModule", 0, 0, 0, moduleType);
+    c.text2 = displayName ? QByteArray(displayName) : QByteArray();
+    const uint32_t code = gw().record(c);
+    if (code != GW_OK)
+        return code;
+    if (!moduleType || !displayName || !moduleId)
+        return GW_ERR_INVALID_ARGUMENT;
+    *moduleId = gw().addModule(c.text, c.text2);
+    return GW_OK;
 }
 
 uint32_t GW_PF_DeleteModule(int moduleId)
 {
-    return gw().doDeleteModule(moduleId);
+    const uint32_t code = gw().record(makeCall("DeleteModule", moduleId));
+    if (code != GW_OK)
+        return code;
+    return gw().removeModule(moduleId) ? GW_OK : GW_ERR_UNKNOWN_MODULE;
 }
 
 uint32_t GW_PF_UpdateModule(int moduleId, const char *displayName)
 {
-    return gw().doUpdateModule(moduleId, displayName);
+    const FakeGwCall c = makeCall("UpdateModule", moduleId, 0, 0, displayName);
+    const uint32_t code = gw().record(c);
+    if (code != GW_OK)
+        return code;
+    return gw().renameModule(moduleId, c.text) ? GW_OK : GW_ERR_UNKNOWN_MODULE;
 }
 
+// Fills the value of every entry from the parameter store.
 uint32_t GW_PF_GetModuleParam(int moduleId, GW_PARAM_RECORD *params, int addressId)
 {
-    return gw().doGetParams(QStringLiteral("GetModuleParam"), moduleId, params, addressId);
+    const FakeGwCall c = recordCall("GetModuleParam", moduleId, params, addressId);
+    const uint32_t code = gw().record(c);
+    if (!params)
+        return GW_ERR_INVALID_ARGUMENT;
+    if (code != GW_OK)
+        return code;
+    for (int i = 0; i < c.entries.size(); ++i)
+        qstrncpy(params->entries[i].value, gw().param(moduleId, c.entries[i].first, addressId).constData(),
+                 GW_PARAM_VALUE_SIZE);
+    return GW_OK;
 }
 
+// Stores every entry when accepted (also when the device must reopen for it).
 uint32_t GW_PF_SetModuleParam(int moduleId, GW_PARAM_RECORD *params, int addressId)
 {
-    return gw().doSetParams(moduleId, params, addressId);
-}
-
-uint32_t GW_PF_GetAllParam(int moduleId, GW_PARAM_RECORD *params, int addressId)
-{
-    return gw().doGetParams(QStringLiteral("GetAllParam"), moduleId, params, addressId);
-}
-
-uint32_t GW_PF_GetModuleAllAddressInfo(int moduleId, GW_ADDRESS_INFO *addresses, int capacity, int *count)
-{
-    return gw().doGetAddresses(moduleId, addresses, capacity, count);
-}
-
-uint32_t GW_PF_AddModuleAddressPN(int moduleId, const char *addressName, int direction, int *addressId)
-{
-    return gw().doAddAddress(moduleId, addressName, direction, addressId);
-}
-
-uint32_t GW_PF_DeleteModuleAddress(int moduleId, int addressId)
-{
-    return gw().doDeleteAddress(moduleId, addressId);
-}
-
-// Answers 1 (valid) unless scripted: a scripted code is returned as it stands.
-uint32_t GW_PF_ValidateAddressParams(int moduleId, GW_PARAM_RECORD *params, int direction)
-{
-    FakeGwCall c = makeCall("ValidateAddressParams", moduleId, 0, direction);
-    if (params) {
-        c.recordCount = params->count;
-        for (int i = 0; i < qBound(0, int(params->count), GW_PARAM_MAX_ENTRIES); ++i)
-            c.entries.append(qMakePair(QByteArray(params->entries[i].key), QByteArray(params->entries[i].value)));
-    }
-    // answer("ValidateAddressParams", 0) is the default "valid"; any other
-    // scripted code is returned as it stands (so answer 0x100 tests the low byte).
+    const FakeGwCall c = recordCall("SetModuleParam", moduleId, params, addressId);
     const uint32_t code = gw().record(c);
-    return code == GW_OK ? 1u : code;
-}
-
-uint32_t GW_PF_ReadData(int moduleId, int addressId, int bufferSize, int *length, char *buffer)
-{
-    return gw().doReadData(moduleId, addressId, bufferSize, length, buffer);
+    if (!params)
+        return GW_ERR_INVALID_ARGUMENT;
+    if (code == GW_OK || code == GW_ERR_PENDING_REOPEN) {
+        for (const auto &entry : c.entries)
+            gw().setParam(moduleId, entry.first, entry.second, addressId);
+    }
+    return code;
 }
 
 uint32_t GW_PF_WriteInt(int moduleId, int addressId, int count, const char *values)
@@ -139,17 +184,17 @@ uint32_t GW_PF_WriteString(int moduleId, int addressId, const char *text)
 
 uint32_t GW_PF_GetLocalIpList(char *buffer, int size, int *length)
 {
-    return gw().doTextList(QStringLiteral("GetLocalIpList"), buffer, size, length);
+    return textList("GetLocalIpList", buffer, size, length);
 }
 
 uint32_t GW_PF_GetSerialList(char *buffer, int size, int *length)
 {
-    return gw().doTextList(QStringLiteral("GetSerialList"), buffer, size, length);
+    return textList("GetSerialList", buffer, size, length);
 }
 
 uint32_t GW_PF_GetReservedPorts(char *buffer, int size, int *needed)
 {
-    return gw().doTextList(QStringLiteral("GetReservedPorts"), buffer, size, needed);
+    return textList("GetReservedPorts", buffer, size, needed);
 }
 
 } // extern "C"

@@ -1,10 +1,16 @@
-// The page as an operator uses it, with gatewayd behind it: a TCP server is
-// created in the creation dialog, given a port in its parameter panel and
-// switched on in the list; a peer's lines show in the receive panel and the
-// send panel's text reaches the peer. Every step is a click or key press on
-// the window the module shows.
+// The module and its page with gatewayd behind them, used as an operator uses
+// them: a TCP server is created in the creation dialog, given a port in its
+// parameter panel and switched on in the list; a peer's lines show in the
+// device's lists and in the receive panel; text typed into the send panel and
+// hex sent by the manager reach the peer. A TCP client whose peer goes away is
+// switched off. Page steps are clicks and key presses on the module's window;
+// the slots run in order and share the server device and its peer.
+#include "CommDevice.h"
 #include "CommManagerModule.h"
+#include "DevicesManager.h"
 #include "GatewayProcess.h"
+#include "GwParamRecord.h"
+#include "GwPlatform.h"
 #include "HostConfig.h"
 #include "ModuleRegistry.h"
 #include "QUICore.h"
@@ -23,6 +29,8 @@ using ItemTest = std::function<bool(QQuickItem *)>;
 // Depth first over the visual tree (popups included: they live in the overlay).
 QQuickItem *findItem(QQuickItem *from, const QString &name, const ItemTest &test = {})
 {
+    if (!from)
+        return nullptr;
     for (QQuickItem *child : from->childItems()) {
         if (child->objectName() == name && child->isVisible() && (!test || test(child)))
             return child;
@@ -32,7 +40,8 @@ QQuickItem *findItem(QQuickItem *from, const QString &name, const ItemTest &test
     return nullptr;
 }
 
-QStringList shownTexts(QQuickItem *from)
+// The texts of the visible items under `from`, one a line.
+QString shownText(QQuickItem *from)
 {
     QStringList texts;
     for (QQuickItem *child : from->childItems()) {
@@ -41,18 +50,9 @@ QStringList shownTexts(QQuickItem *from)
         const QVariant text = child->property("text");
         if (text.isValid())
             texts << text.toString();
-        texts << shownTexts(child);
+        texts << shownText(child);
     }
-    return texts;
-}
-
-bool anyContains(const QStringList &texts, const QString &part)
-{
-    for (const QString &text : texts) {
-        if (text.contains(part))
-            return true;
-    }
-    return false;
+    return texts.join(QLatin1Char('\n'));
 }
 
 QObject *objectProperty(QObject *object, const char *name)
@@ -60,11 +60,11 @@ QObject *objectProperty(QObject *object, const char *name)
     return object ? object->property(name).value<QObject *>() : nullptr;
 }
 
-quint16 freePort()
+quint32 setParam(int module, const QByteArray &key, const QByteArray &value)
 {
-    QTcpServer probe;
-    probe.listen(QHostAddress::LocalHost);
-    return probe.serverPort();
+    GwParamRecord record;
+    record.addEntry(key, value);
+    return GW_PF_SetModuleParam(module, record.data(), -1);
 }
 } // namespace
 
@@ -78,10 +78,11 @@ private slots:
 
     void createDialog_tcpServer_addsSelectedRow();
     void portAndSwitch_serverAcceptsPeer();
-    void receivePanel_showsPeerLine_asTextAndHex_data();
-    void receivePanel_showsPeerLine_asTextAndHex();
-    void sendPanel_typedText_reachesPeer();
+    void received_textAndHexForms_data();
+    void received_textAndHexForms();
+    void send_typedTextAndHexReachThePeer();
     void switchOff_closesPeerConnection();
+    void tcpClientDevice_lostConnection_turnsSwitchOff();
 
 private:
     QQuickItem *find(const QString &name, const ItemTest &test = {}) const
@@ -91,12 +92,13 @@ private:
     bool click(QQuickItem *item);
     bool type(QQuickItem *input, const QString &text);
     QQuickItem *deviceRow() const;
+    CommDevice *device() const { return qobject_cast<CommDevice *>(objectProperty(deviceRow(), "device")); }
+    DevicesManager *manager() const { return DevicesManager::Instance(); }
 
     GatewayProcess m_gw;
     std::shared_ptr<ModuleRegistry> m_registry;
     std::unique_ptr<CommManagerModule> m_module;
     QTcpSocket m_peer;
-    quint16 m_port = 0;
 };
 
 void tst_PageE2E::initTestCase()
@@ -121,8 +123,7 @@ void tst_PageE2E::cleanup()
     for (const MessageBoxRecord &box : QUICore::shownMessageBoxes())
         texts << box.text;
     QUICore::clearShownMessageBoxes();
-    QQuickItem *view = find(QStringLiteral("deviceManagementView"));
-    QObject *launcher = objectProperty(view, "messageBoxes");
+    QObject *launcher = objectProperty(find(QStringLiteral("deviceManagementView")), "messageBoxes");
     QVERIFY(launcher);
     for (const QVariant &box : launcher->property("openBoxes").toList())
         texts << box.value<QObject *>()->property("msgText").toString();
@@ -204,56 +205,72 @@ void tst_PageE2E::portAndSwitch_serverAcceptsPeer()
                      return text->property("text").toString() == QLatin1String("Local Port");
                  })));
     QQuickItem *portRow = label->parentItem();
-    m_port = freePort();
-    QVERIFY(type(findItem(portRow, QStringLiteral("rangeInput")), QString::number(m_port)));
-    QCOMPARE(objectProperty(portRow, "pItemData")->property("currentValue").toInt(), int(m_port));
+    QTcpServer probe; // a free port
+    QVERIFY(probe.listen(QHostAddress::LocalHost));
+    const quint16 port = probe.serverPort();
+    probe.close();
+    QVERIFY(type(findItem(portRow, QStringLiteral("rangeInput")), QString::number(port)));
+    QCOMPARE(objectProperty(portRow, "pItemData")->property("currentValue").toInt(), int(port));
 
-    QQuickItem *row = deviceRow();
-    QVERIFY(row);
-    QQuickItem *toggle = findItem(row, QStringLiteral("connectSwitch"));
+    QQuickItem *toggle = findItem(deviceRow(), QStringLiteral("connectSwitch"));
     QVERIFY(click(toggle));
-    QTRY_VERIFY(objectProperty(row, "device")->property("connectState").toBool());
+    QTRY_VERIFY(device()->connectState());
     QVERIFY(toggle->property("switchStatus").toBool());
 
-    m_peer.connectToHost(QHostAddress::LocalHost, m_port);
+    m_peer.connectToHost(QHostAddress::LocalHost, port);
     QVERIFY2(m_peer.waitForConnected(3000), qPrintable(m_peer.errorString()));
 }
 
-void tst_PageE2E::receivePanel_showsPeerLine_asTextAndHex_data()
+void tst_PageE2E::received_textAndHexForms_data()
 {
-    QTest::addColumn<QByteArray>("line");
-    QTest::addColumn<QString>("asText");
-    QTest::addColumn<QString>("asHex");
-    QTest::newRow("printable") << QByteArray("PART-OK;12.5\r\n") << QStringLiteral("PART-OK;12.5")
-                               << QStringLiteral("[50][41][52][54][2D][4F][4B][3B][31][32][2E][35]");
-    QTest::newRow("control and high bytes") << QByteArray("\x02OK\xff\r\n") << QStringLiteral("[02]OK[FF]")
-                                            << QStringLiteral("[02][4F][4B][FF]");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QStringList>("texts"); // how the device's entries end, one per line
+    QTest::addColumn<QStringList>("hexes");
+    QTest::newRow("printable") << QByteArray("PART-OK;12.5\r\n") << QStringList{"PART-OK;12.5[0D][0A]"}
+                               << QStringList{"[50][41][52][54][2D][4F][4B][3B][31][32][2E][35][0D][0A]"};
+    QTest::newRow("control and high bytes") << QByteArray("\x02OK\xff\r\n") << QStringList{"[02]OK[FF][0D][0A]"}
+                                            << QStringList{"[02][4F][4B][FF][0D][0A]"};
+    QTest::newRow("two lines in one write") << QByteArray("NG;3\r\nEND\r\n")
+                                            << QStringList{"NG;3[0D][0A]", "END[0D][0A]"}
+                                            << QStringList{"[4E][47][3B][33][0D][0A]", "[45][4E][44][0D][0A]"};
 }
 
-void tst_PageE2E::receivePanel_showsPeerLine_asTextAndHex()
+void tst_PageE2E::received_textAndHexForms()
 {
-    QFETCH(QByteArray, line);
-    QFETCH(QString, asText);
-    QFETCH(QString, asHex);
+    QFETCH(QByteArray, bytes);
+    QFETCH(QStringList, texts);
+    QFETCH(QStringList, hexes);
     QVERIFY(m_peer.state() == QAbstractSocket::ConnectedState);
+    CommDevice *dev = device();
     QQuickItem *list = find(QStringLiteral("recvList"));
     QQuickItem *hexBox = find(QStringLiteral("recvHexCheck"));
-    QVERIFY(list && hexBox);
+    QVERIFY(dev && list && hexBox);
     QVERIFY(!hexBox->property("checked").toBool());
+    const int before = dev->recvDataList().size();
 
-    m_peer.write(line);
-    QTRY_VERIFY2(anyContains(shownTexts(list), asText), qPrintable(shownTexts(list).join('\n')));
-    QVERIFY(!anyContains(shownTexts(list), asHex));
+    m_peer.write(bytes);
+    QTRY_COMPARE(dev->recvDataList().size(), before + texts.size());
+    QCOMPARE(dev->recvHexDataList().size(), before + texts.size());
+    const QStringList gotTexts = dev->recvDataList().mid(before);
+    const QStringList gotHexes = dev->recvHexDataList().mid(before);
+    for (int i = 0; i < texts.size(); ++i) {
+        QVERIFY2(gotTexts[i].endsWith(texts[i]), qPrintable(gotTexts[i]));
+        QVERIFY2(gotHexes[i].endsWith(hexes[i]), qPrintable(gotHexes[i]));
+        QTRY_VERIFY2(shownText(list).contains(gotTexts[i]), qPrintable(shownText(list)));
+        QVERIFY(!shownText(list).contains(gotHexes[i]));
+    }
 
     QVERIFY(click(hexBox));
     QVERIFY(hexBox->property("checked").toBool());
-    QTRY_VERIFY2(anyContains(shownTexts(list), asHex), qPrintable(shownTexts(list).join('\n')));
-    QVERIFY(!anyContains(shownTexts(list), asText));
+    for (int i = 0; i < texts.size(); ++i) {
+        QTRY_VERIFY2(shownText(list).contains(gotHexes[i]), qPrintable(shownText(list)));
+        QVERIFY(!shownText(list).contains(gotTexts[i]));
+    }
     QVERIFY(click(hexBox));
-    QTRY_VERIFY(anyContains(shownTexts(list), asText));
+    QTRY_VERIFY(shownText(list).contains(gotTexts.last()));
 }
 
-void tst_PageE2E::sendPanel_typedText_reachesPeer()
+void tst_PageE2E::send_typedTextAndHexReachThePeer()
 {
     QVERIFY(m_peer.state() == QAbstractSocket::ConnectedState);
     m_peer.readAll();
@@ -261,20 +278,46 @@ void tst_PageE2E::sendPanel_typedText_reachesPeer()
     QVERIFY(click(find(QStringLiteral("sendButton"))));
     QByteArray got;
     QTRY_VERIFY2((got += m_peer.readAll()).contains("TRIGGER 7"), got.constData());
+
+    manager()->sendDataNormalDevice()->setHexEnable(true);
+    QCOMPARE(manager()->gwSendData(device()->deviceID(), QStringLiteral("53 54 4F 50 0")), 0); // odd last digit dropped
+    manager()->sendDataNormalDevice()->setHexEnable(false);
+    QTRY_VERIFY2((got += m_peer.readAll()).endsWith("TRIGGER 7STOP"), got.constData());
 }
 
 void tst_PageE2E::switchOff_closesPeerConnection()
 {
     QVERIFY(m_peer.state() == QAbstractSocket::ConnectedState);
-    QQuickItem *row = deviceRow();
-    QVERIFY(row);
-    QQuickItem *toggle = findItem(row, QStringLiteral("connectSwitch"));
+    QQuickItem *toggle = findItem(deviceRow(), QStringLiteral("connectSwitch"));
     QVERIFY(click(toggle));
-    QTRY_VERIFY(!objectProperty(row, "device")->property("connectState").toBool());
+    QTRY_VERIFY(!device()->connectState());
     QVERIFY(!toggle->property("switchStatus").toBool());
     QTRY_COMPARE(m_peer.state(), QAbstractSocket::UnconnectedState);
 }
 
-QTEST_MAIN(tst_PageE2E)
+void tst_PageE2E::tcpClientDevice_lostConnection_turnsSwitchOff()
+{
+    QTcpServer listener;
+    QVERIFY(listener.listen(QHostAddress::LocalHost));
+    QVERIFY(manager()->loadAlgorithmTabXML(QStringLiteral("TcpClientModule")));
+    const int id = manager()->createCommDevice(QStringLiteral("TcpClientModule"), QStringLiteral("Robot"));
+    CommDevice *device = manager()->getDeviceById(id);
+    QVERIFY(device);
+    QCOMPARE(setParam(id, "TargetIP", "127.0.0.1"), GW_OK);
+    QCOMPARE(setParam(id, "TargetPort", QByteArray::number(listener.serverPort())), GW_OK);
+    QCOMPARE(setParam(id, "AutoReconnect", "false"), GW_OK);
+    device->setConnectState(true);
+    QVERIFY(listener.waitForNewConnection(3000));
+    QTcpSocket *peer = listener.nextPendingConnection();
+    QVERIFY(device->connectState());
 
+    peer->abort();
+    listener.close();
+    // The gateway reports the loss; the switch goes off and reads off.
+    QTRY_VERIFY(!device->connectState());
+    QCOMPARE(device->GwGetConnectState(), 0);
+    QVERIFY(!device->connectState());
+}
+
+QTEST_MAIN(tst_PageE2E)
 #include "tst_page_e2e.moc"

@@ -16,7 +16,6 @@ private slots:
     void addModule_twice_secondAnswersStatus3();
     void runParam_data();
     void runParam();
-    void forcedAnswer_winsOverBehaviour();
 
 private:
     std::shared_ptr<ModuleRegistry> m_registry;
@@ -84,19 +83,6 @@ void tst_ModuleRegistry::runParam()
     std::snprintf(query.condition.paramName, sizeof(query.condition.paramName), "%s", name.toUtf8().constData());
     QCOMPARE(m_registry->Execute(query).status, status);
     QCOMPARE(QString::fromUtf8(query.answer.paramValue), value);
-}
-
-void tst_ModuleRegistry::forcedAnswer_winsOverBehaviour()
-{
-    m_registry->forceAnswer(ModuleRegistry::AddModule, 3, 42, QStringLiteral("disk full"));
-    AddModuleCommand add;
-    add.moduleNumber = 10999;
-    const COMMAND_RESULT__ result = m_registry->Execute(add);
-    QCOMPARE(result.status, 3);
-    QCOMPARE(result.errorCode, 42);
-    QCOMPARE(QString::fromUtf8(result.message), QStringLiteral("disk full"));
-    QVERIFY(m_registry->modules().isEmpty());
-    QCOMPARE(m_registry->executedCount(ModuleRegistry::AddModule), 1);
 }
 
 QTEST_GUILESS_MAIN(tst_ModuleRegistry)

@@ -44,8 +44,6 @@ void tst_ModuXMLManage::parse_data()
     QTest::newRow("empty root") << QByteArray("<Anything/>") << 0 << QStringList() << QString();
     QTest::newRow("malformed") << QByteArray("<AlgorithmTab><Integer Name=\"A\"></AlgorithmTab>") << -1
                                << QStringList() << "[HostXml] [parseFile@";
-    QTest::newRow("not xml at all") << QByteArray("garbage \x01\x02") << -1 << QStringList()
-                                    << "[HostXml] [parseFile@";
     QTest::newRow("missing file") << QByteArray() << -1 << QStringList() << "[HostXml] [parseFile@";
 }
 

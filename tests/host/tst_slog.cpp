@@ -13,10 +13,7 @@ class tst_Slog : public QObject
 private slots:
     void init();
     void cleanup();
-    void record_formatsAndCaptures_data();
-    void record_formatsAndCaptures();
     void record_writesTimestampedLineToFile();
-    void longRecord_isCutNotOverrun();
     void longRecord_neverEndsInHalfACharacter_data();
     void longRecord_neverEndsInHalfACharacter();
     void concurrentWriters_loseNoRecord();
@@ -39,27 +36,6 @@ void tst_Slog::cleanup()
     QFile::remove(m_dir.filePath(QStringLiteral("state/commmanager.log")));
 }
 
-void tst_Slog::record_formatsAndCaptures_data()
-{
-    QTest::addColumn<int>("level");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("detail level") << 2 << "[CommManager] [f@7] value=-5 text=ab hex=e00000ff";
-    QTest::newRow("info level") << 4 << "[CommManager] [f@7] value=-5 text=ab hex=e00000ff";
-}
-
-void tst_Slog::record_formatsAndCaptures()
-{
-    QFETCH(int, level);
-    QFETCH(QString, expected);
-    Slog_LogPrint("CommManager", level, "[%s] [%s@%d] value=%d text=%s hex=%x", "CommManager", "f", 7, -5, "ab",
-                  0xE00000FFu);
-    const QList<LogRecord> records = HostLog::captured();
-    QCOMPARE(records.size(), 1);
-    QCOMPARE(records.first().tag, QStringLiteral("CommManager"));
-    QCOMPARE(records.first().level, level);
-    QCOMPARE(records.first().message, expected);
-}
-
 void tst_Slog::record_writesTimestampedLineToFile()
 {
     Slog_LogPrint("CommManager", 4, "hello %s", "file");
@@ -71,16 +47,6 @@ void tst_Slog::record_writesTimestampedLineToFile()
     const QRegularExpression line(QStringLiteral("^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\.\\d{3} 4 CommManager hello file$"));
     QVERIFY2(line.match(lines.at(0)).hasMatch(), qPrintable(lines.at(0)));
     QVERIFY(lines.at(1).endsWith(QLatin1String(" 2 Other second")));
-}
-
-void tst_Slog::longRecord_isCutNotOverrun()
-{
-    const QByteArray big(10 * 1024, 'x');
-    Slog_LogPrint("CommManager", 4, "%s", big.constData());
-    const QString message = HostLog::captured().value(0).message;
-    QVERIFY(message.size() > 1000);
-    QVERIFY(message.size() < big.size());
-    QVERIFY(message.count(QLatin1Char('x')) == message.size());
 }
 
 // The record buffer holds 8191 bytes of text; a three-byte character that

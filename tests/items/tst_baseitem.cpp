@@ -61,6 +61,9 @@ S_TriggersNodeInfo trigger(const QString &expected, const QString &operation, co
 }
 } // namespace
 
+using Triggers = QList<S_TriggersNodeInfo>;
+Q_DECLARE_METATYPE(Triggers)
+
 class tst_BaseItem : public QObject
 {
     Q_OBJECT
@@ -71,10 +74,6 @@ private slots:
     void texts_areTranslated();
     void evaluation_data();
     void evaluation();
-    void evaluation_conditionIgnoresCase();
-    void evaluation_unknownTargetDoesNothing();
-    void evaluation_shownByEarlierMatchIsNotHiddenAgain();
-    void evaluation_onlyFirstConditionCountsWithoutAnyMatch();
     void parseSetters_laterSetterKeepsEarlierFields();
     void parseTrigger_valueAndPropertyPairs();
 };
@@ -133,105 +132,67 @@ void tst_BaseItem::texts_areTranslated()
 
 void tst_BaseItem::evaluation_data()
 {
-    QTest::addColumn<QString>("operation");
-    QTest::addColumn<QString>("param");
-    QTest::addColumn<bool>("matched");
+    QTest::addColumn<QString>("value"); // the owner's current value
     QTest::addColumn<bool>("own");
     QTest::addColumn<bool>("targetBefore");
+    QTest::addColumn<Triggers>("triggers");
     QTest::addColumn<bool>("targetAfter");
     QTest::addColumn<int>("notifications");
+    const QString show = QStringLiteral("VisibleOperation");
+    const QString hide = QStringLiteral("HiddenOperation");
+    // One trigger on "Target" that matches the owner's value "1" or not.
+    auto one = [](bool matched, const QString &operation, const QString &param) {
+        return Triggers{trigger(matched ? "1" : "2", operation, param, "Target")};
+    };
     // VisibleOperation without parameters: shows on a match, hides otherwise,
     // but does not show a target while the owner itself is hidden.
-    QTest::newRow("visible, empty, matched, shown owner") << "VisibleOperation" << "" << true << true << false << true << 1;
-    QTest::newRow("visible, empty, matched, hidden owner") << "VisibleOperation" << "" << true << false << false << false << 0;
-    QTest::newRow("visible, empty, not matched, hidden owner") << "VisibleOperation" << "" << false << false << true << false << 1;
-    QTest::newRow("visible, True, matched, shown owner") << "VisibleOperation" << "True" << true << true << false << true << 1;
-    QTest::newRow("visible, True, matched, hidden owner") << "VisibleOperation" << "True" << true << false << false << false << 0;
-    QTest::newRow("visible, other text, matched, hidden owner") << "VisibleOperation" << "False" << true << false << true << false << 1;
-    QTest::newRow("visible, True, not matched, hidden owner") << "VisibleOperation" << "True" << false << false << true << false << 1;
-    QTest::newRow("visible, other text, not matched, shown owner") << "VisibleOperation" << "no" << false << true << false << true << 1;
-    QTest::newRow("visible, other text, not matched, hidden owner") << "VisibleOperation" << "no" << false << false << false << false << 0;
-    QTest::newRow("hidden, empty, matched") << "HiddenOperation" << "" << true << false << true << false << 1;
-    QTest::newRow("hidden, empty, not matched, shown owner") << "HiddenOperation" << "" << false << true << false << true << 1;
-    QTest::newRow("hidden, empty, not matched, hidden owner") << "HiddenOperation" << "" << false << false << true << true << 0;
-    QTest::newRow("hidden with parameters is skipped") << "HiddenOperation" << "True" << true << true << true << true << 0;
-    QTest::newRow("unknown operation") << "visibleOperation" << "" << true << true << false << false << 0;
+    QTest::newRow("visible, empty, matched, shown owner") << "1" << true << false << one(true, show, "") << true << 1;
+    QTest::newRow("visible, empty, matched, hidden owner") << "1" << false << false << one(true, show, "") << false << 0;
+    QTest::newRow("visible, empty, not matched, hidden owner") << "1" << false << true << one(false, show, "") << false << 1;
+    QTest::newRow("visible, True, matched, shown owner") << "1" << true << false << one(true, show, "True") << true << 1;
+    QTest::newRow("visible, True, matched, hidden owner") << "1" << false << false << one(true, show, "True") << false << 0;
+    QTest::newRow("visible, other text, matched, hidden owner") << "1" << false << true << one(true, show, "False") << false << 1;
+    QTest::newRow("visible, True, not matched, hidden owner") << "1" << false << true << one(false, show, "True") << false << 1;
+    QTest::newRow("visible, other text, not matched, shown owner") << "1" << true << false << one(false, show, "no") << true << 1;
+    QTest::newRow("visible, other text, not matched, hidden owner") << "1" << false << false << one(false, show, "no") << false << 0;
+    QTest::newRow("hidden, empty, matched") << "1" << false << true << one(true, hide, "") << false << 1;
+    QTest::newRow("hidden, empty, not matched, shown owner") << "1" << true << false << one(false, hide, "") << true << 1;
+    QTest::newRow("hidden, empty, not matched, hidden owner") << "1" << false << true << one(false, hide, "") << true << 0;
+    QTest::newRow("hidden with parameters is skipped") << "1" << true << true << one(true, hide, "True") << true << 0;
+    QTest::newRow("unknown operation") << "1" << true << false << one(true, "visibleOperation", "") << false << 0;
+    S_TriggersNodeInfo firstOfTwo = trigger("5", show, "", "Target");
+    firstOfTwo.conditions.insert("AValue", "x"); // sorts before CurValue
+    S_TriggersNodeInfo anyOfTwo = firstOfTwo;
+    anyOfTwo.anyMatch = true;
+    QTest::newRow("condition ignores case") << "true" << true << false << Triggers{trigger("TRUE", show, "", "Target")}
+                                            << true << 1;
+    QTest::newRow("unknown target does nothing") << "" << true << false << Triggers{trigger("", show, "", "Nobody")}
+                                                 << false << 0;
+    QTest::newRow("shown by an earlier match is not hidden again")
+        << "Hardware" << true << false
+        << Triggers{trigger("Hardware", show, "", "Target"), trigger("Software", show, "", "Target")} << true << 1;
+    QTest::newRow("without any-match only the first condition counts")
+        << "5" << true << false << Triggers{firstOfTwo} << false << 1;
+    QTest::newRow("with any-match one condition suffices") << "5" << true << false << Triggers{anyOfTwo} << true << 1;
 }
 
 void tst_BaseItem::evaluation()
 {
-    QFETCH(QString, operation);
-    QFETCH(QString, param);
-    QFETCH(bool, matched);
+    QFETCH(QString, value);
     QFETCH(bool, own);
     QFETCH(bool, targetBefore);
+    QFETCH(Triggers, triggers);
     QFETCH(bool, targetAfter);
     QFETCH(int, notifications);
     CommDevice device;
     ValueItem owner(QStringLiteral("Owner"), &device, false, own);
     ValueItem target(QStringLiteral("Target"), &device, false, targetBefore);
-    owner.value = QStringLiteral("1");
-    owner.SetTriggers({trigger(matched ? QStringLiteral("1") : QStringLiteral("2"), operation, param,
-                               QStringLiteral("Target"))});
+    owner.value = value;
+    owner.SetTriggers(triggers);
     QSignalSpy changed(&target, &BaseItem::visibilityChanged);
     owner.TriggerAssociatedEvents();
     QCOMPARE(target.visibility(), targetAfter);
     QCOMPARE(changed.count(), notifications);
-}
-
-void tst_BaseItem::evaluation_conditionIgnoresCase()
-{
-    CommDevice device;
-    ValueItem owner(QStringLiteral("Owner"), &device);
-    ValueItem target(QStringLiteral("Target"), &device, false, false);
-    owner.value = QStringLiteral("true");
-    owner.SetTriggers({trigger(QStringLiteral("TRUE"), QStringLiteral("VisibleOperation"), QString(),
-                               QStringLiteral("Target"))});
-    owner.TriggerAssociatedEvents();
-    QVERIFY(target.visibility());
-}
-
-void tst_BaseItem::evaluation_unknownTargetDoesNothing()
-{
-    CommDevice device;
-    ValueItem owner(QStringLiteral("Owner"), &device);
-    ValueItem other(QStringLiteral("Other"), &device, false, false);
-    owner.SetTriggers({trigger(QString(), QStringLiteral("VisibleOperation"), QString(), QStringLiteral("Nobody"))});
-    QSignalSpy changed(&other, &BaseItem::visibilityChanged);
-    owner.TriggerAssociatedEvents();
-    QCOMPARE(changed.count(), 0);
-}
-
-void tst_BaseItem::evaluation_shownByEarlierMatchIsNotHiddenAgain()
-{
-    CommDevice device;
-    ValueItem owner(QStringLiteral("Owner"), &device);
-    ValueItem target(QStringLiteral("Target"), &device, false, false);
-    owner.value = QStringLiteral("Hardware");
-    owner.SetTriggers({trigger(QStringLiteral("Hardware"), QStringLiteral("VisibleOperation"), QString(),
-                               QStringLiteral("Target")),
-                       trigger(QStringLiteral("Software"), QStringLiteral("VisibleOperation"), QString(),
-                               QStringLiteral("Target"))});
-    owner.TriggerAssociatedEvents();
-    QVERIFY(target.visibility());
-}
-
-void tst_BaseItem::evaluation_onlyFirstConditionCountsWithoutAnyMatch()
-{
-    CommDevice device;
-    ValueItem owner(QStringLiteral("Owner"), &device);
-    ValueItem target(QStringLiteral("Target"), &device, false, false);
-    owner.value = QStringLiteral("5");
-    S_TriggersNodeInfo t = trigger(QStringLiteral("5"), QStringLiteral("VisibleOperation"), QString(),
-                                   QStringLiteral("Target"));
-    t.conditions.insert(QStringLiteral("AValue"), QStringLiteral("x")); // sorts before CurValue
-    owner.SetTriggers({t});
-    owner.TriggerAssociatedEvents();
-    QVERIFY(!target.visibility());
-    t.anyMatch = true;
-    owner.SetTriggers({t});
-    owner.TriggerAssociatedEvents();
-    QVERIFY(target.visibility());
 }
 
 void tst_BaseItem::parseSetters_laterSetterKeepsEarlierFields()

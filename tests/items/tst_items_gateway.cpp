@@ -1,8 +1,7 @@
 // The parameter items of every shipped device type against the real gatewayd:
 // values written through the item models reach the gateway, survive a restart
-// of the gateway and come back into freshly built models; refused values
-// change nothing and tell the operator why.
-//
+// of the gateway (as do a rename and a delete) and come back into freshly built
+// models; refused values change nothing and tell the operator why.
 // The slots run in declaration order and share the devices made in
 // initTestCase: values written first are the ones read back after the restart.
 #include "BaseItemProxy.h"
@@ -74,8 +73,16 @@ private slots:
     void afterRestart_rebuiltModelShowsStoredValue();
 
 private:
+    // The current row's item, as named by its "type", "key" and "property" columns.
+    struct Row {
+        BaseItem *data = nullptr;
+        int id = 0;
+        QByteArray key;
+        QByteArray property;
+        QVariant input;
+    };
+    Row fetchRow() const;
     DevicesManager *manager() const { return DevicesManager::Instance(); }
-    BaseItem *item(const QString &type, const QString &key) const;
 
     GatewayProcess m_gw;
     QMap<QString, int> m_ids; // device type -> gateway module id
@@ -107,13 +114,18 @@ void tst_ItemsGateway::init()
     HostLog::clearCaptured();
 }
 
-BaseItem *tst_ItemsGateway::item(const QString &type, const QString &key) const
+tst_ItemsGateway::Row tst_ItemsGateway::fetchRow() const
 {
-    const CommDevice *device = manager()->getDeviceById(m_ids.value(type));
+    QFETCH(QString, type);
+    QFETCH(QString, key);
+    QFETCH(QByteArray, property);
+    QFETCH(QVariant, input);
+    Row row{nullptr, m_ids.value(type), key.toUtf8(), property, input};
+    const CommDevice *device = manager()->getDeviceById(row.id);
     for (const BaseItemProxy *proxy : device ? device->items() : QVector<BaseItemProxy *>())
         if (proxy && proxy->baseData() && proxy->baseData()->objectName() == key)
-            return proxy->baseData();
-    return nullptr;
+            row.data = proxy->baseData();
+    return row;
 }
 
 void tst_ItemsGateway::write_reachesTheGateway_data()
@@ -130,48 +142,33 @@ void tst_ItemsGateway::write_reachesTheGateway_data()
     row("TcpClientModule", "TargetIP", "ipString", "10.1.2.3", "10.1.2.3");
     row("TcpClientModule", "TargetPort", "currentValue", 9100, "9100");
     row("TcpClientModule", "AutoReconnect", "curValue", false, "false");
-    row("TcpClientModule", "ReconnectInterval", "currentValue", 2500, "2500");
-    row("TcpClientModule", "EndChar", "curValue", "\\n", "\n");
     row("TcpServerModule", "LocalIP", "ipString", "127.0.0.1", "127.0.0.1");
     row("TcpServerModule", "LocalPort", "currentValue", 9200, "9200");
-    row("TcpServerModule", "MaxConnections", "currentValue", 4, "4");
     row("TcpServerModule", "EndChar", "curValue", "#\\r", "#\r");
-    row("UdpModule", "LocalIP", "ipString", "127.0.0.1", "127.0.0.1");
     row("UdpModule", "LocalPort", "currentValue", 9300, "9300");
     row("UdpModule", "TargetIP", "ipString", "192.168.1.10", "192.168.1.10");
-    row("UdpModule", "TargetPort", "currentValue", 9301, "9301");
-    row("UdpModule", "EndChar", "curValue", ";", ";");
     row("SerialModule", "PortName", "curIndex", "/dev/ttyLMTEST0", "/dev/ttyLMTEST0");
     row("SerialModule", "BaudRate", "curIndex", "115200", "115200");
     row("SerialModule", "DataBits", "curIndex", "7", "7");
     row("SerialModule", "Parity", "curIndex", "Even", "2");
     row("SerialModule", "StopBits", "curIndex", "1.5", "3");
     row("SerialModule", "FlowControl", "curIndex", "Hardware (RTS/CTS)", "1");
-    row("SerialModule", "EndChar", "curValue", "\\r", "\r");
-    row("ProfinetModule", "LocalIP", "ipString", "127.0.0.1", "127.0.0.1");
     row("ProfinetModule", "Heartbeat", "currentValue", 2000, "2000");
     row("EipModule", "LocalIP", "ipString", "127.0.0.1", "127.0.0.1");
     row("EipModule", "InputAssembly", "currentValue", 101, "101");
-    row("EipModule", "OutputAssembly", "currentValue", 151, "151");
-    row("EipModule", "Heartbeat", "currentValue", 500, "500");
 }
 
 void tst_ItemsGateway::write_reachesTheGateway()
 {
-    QFETCH(QString, type);
-    QFETCH(QString, key);
-    QFETCH(QByteArray, property);
-    QFETCH(QVariant, input);
     QFETCH(QByteArray, stored);
-    BaseItem *data = item(type, key);
-    QVERIFY(data);
-    const int id = m_ids.value(type);
-    QVERIFY2(gwValue(id, key.toUtf8()) != stored, "the gateway holds the new value already");
-    QSignalSpy boxes(data, &BaseItem::messageBox);
+    const Row row = fetchRow();
+    QVERIFY(row.data);
+    QVERIFY2(gwValue(row.id, row.key) != stored, "the gateway holds the new value already");
+    QSignalSpy boxes(row.data, &BaseItem::messageBox);
 
-    write(data, property, input);
-    QCOMPARE(gwValue(id, key.toUtf8()), stored);
-    QCOMPARE(shown(data, property), input);
+    write(row.data, row.property, row.input);
+    QCOMPARE(gwValue(row.id, row.key), stored);
+    QCOMPARE(shown(row.data, row.property), row.input);
     QCOMPARE(boxes.count(), 0);
     QVERIFY2(HostLog::capturedMessages().filter(QStringLiteral("failed")).isEmpty(),
              qPrintable(HostLog::capturedMessages().join('\n')));
@@ -185,44 +182,36 @@ void tst_ItemsGateway::refusedValue_leavesModelAndGatewayUnchanged_data()
     QTest::addColumn<QVariant>("input");
     QTest::addColumn<QString>("error");
     QTest::addColumn<QString>("logLine");
-    const QString badPort = QStringLiteral("The port must be between 1 and 65535");
-    const QString badIp = QStringLiteral("Not a valid IPv4 address");
-    QTest::newRow("target port 70000") << "TcpClientModule" << "TargetPort" << QByteArray("currentValue")
-                                       << QVariant(70000) << badPort
-                                       << "GW_PF_SetModuleParam failed, [TargetPort=70000] error=e0000010";
-    QTest::newRow("local port 70000") << "UdpModule" << "LocalPort" << QByteArray("currentValue") << QVariant(70000)
-                                      << badPort << "GW_PF_SetModuleParam failed, [LocalPort=70000] error=e0000010";
-    QTest::newRow("target address with leading zeros")
-        << "TcpClientModule" << "TargetIP" << QByteArray("ipString") << QVariant("192.168.001.10") << badIp
-        << "192.168.001.10 is not ipv4";
-    QTest::newRow("target address with a trailing blank")
-        << "UdpModule" << "TargetIP" << QByteArray("ipString") << QVariant("192.168.1.10 ") << badIp
-        << "192.168.1.10  is not ipv4";
-    QTest::newRow("host address with leading zeros") << "TcpServerModule" << "LocalIP" << QByteArray("ipString")
-                                                     << QVariant("127.000.0.1") << badIp << "127.000.0.1 is not ipv4";
+    auto row = [](const char *name, const char *type, const char *key, const char *property, const QVariant &input,
+                  const char *error, const char *logLine) {
+        QTest::newRow(name) << type << key << QByteArray(property) << input << error << logLine;
+    };
+    const char badIp[] = "Not a valid IPv4 address";
+    row("target port 70000", "TcpClientModule", "TargetPort", "currentValue", 70000,
+        "The port must be between 1 and 65535", "GW_PF_SetModuleParam failed, [TargetPort=70000] error=e0000010");
+    row("target address with leading zeros", "TcpClientModule", "TargetIP", "ipString", "192.168.001.10", badIp,
+        "192.168.001.10 is not ipv4");
+    row("target address with a trailing blank", "UdpModule", "TargetIP", "ipString", "192.168.1.10 ", badIp,
+        "192.168.1.10  is not ipv4");
 }
 
 void tst_ItemsGateway::refusedValue_leavesModelAndGatewayUnchanged()
 {
-    QFETCH(QString, type);
-    QFETCH(QString, key);
-    QFETCH(QByteArray, property);
-    QFETCH(QVariant, input);
     QFETCH(QString, error);
     QFETCH(QString, logLine);
-    BaseItem *data = item(type, key);
-    QVERIFY(data);
-    const int id = m_ids.value(type);
-    const QByteArray before = gwValue(id, key.toUtf8());
-    const QVariant shownBefore = shown(data, property);
+    const Row row = fetchRow();
+    QVERIFY(row.data);
+    const QByteArray before = gwValue(row.id, row.key);
+    const QVariant shownBefore = shown(row.data, row.property);
     QCOMPARE(shownBefore.toString().toUtf8(), before);
-    const QMetaProperty meta = data->metaObject()->property(data->metaObject()->indexOfProperty(property));
-    QSignalSpy notified(data, QByteArray('2' + meta.notifySignal().methodSignature()).constData());
-    QSignalSpy boxes(data, &BaseItem::messageBox);
+    const QMetaObject *meta = row.data->metaObject();
+    const QMetaMethod notify = meta->property(meta->indexOfProperty(row.property)).notifySignal();
+    QSignalSpy notified(row.data, QByteArray('2' + notify.methodSignature()).constData());
+    QSignalSpy boxes(row.data, &BaseItem::messageBox);
 
-    write(data, property, input);
-    QCOMPARE(gwValue(id, key.toUtf8()), before);
-    QCOMPARE(shown(data, property), shownBefore);
+    write(row.data, row.property, row.input);
+    QCOMPARE(gwValue(row.id, row.key), before);
+    QCOMPARE(shown(row.data, row.property), shownBefore);
     QCOMPARE(notified.count(), 1); // the bound field snaps back
     QCOMPARE(boxes.count(), 1);
     QCOMPARE(boxes.first().at(0).toInt(), 2);
@@ -235,16 +224,32 @@ void tst_ItemsGateway::restart_reloadsEveryDevice()
 {
     // The station name has no editor; the gateway's own value must still show.
     QCOMPARE(setGwValue(m_ids.value("ProfinetModule"), "StationName", "line-7-plc"), GW_OK);
+    // A rename and a delete are the gateway's to keep as well.
+    QVERIFY(manager()->changeDeviceName(m_ids.value("UdpModule"), QStringLiteral("扫码枪")));
+    QVERIFY(manager()->loadAlgorithmTabXML(QStringLiteral("EipModule")));
+    const int dropped = manager()->createCommDevice(QStringLiteral("EipModule"), QStringLiteral("PLC"));
+    QVERIFY(dropped > 0);
+    QCOMPARE(manager()->deleteCommDevice(dropped), 0);
+
     QCOMPARE(GW_PF_DeInit(), GW_OK);
     QVERIFY(m_gw.stop());
     QVERIFY2(m_gw.start(kGatewayArgs), qPrintable(m_gw.error()));
     QCOMPARE(GW_PF_Init(1, "127.0.0.1", m_gw.port(), 101), GW_OK);
+    HostLog::clearCaptured();
     manager()->LoadDevices();
     QCOMPARE(manager()->commDeviceList().size(), m_ids.size());
+    QVERIFY(!manager()->getDeviceById(dropped));
     for (auto it = m_ids.cbegin(); it != m_ids.cend(); ++it) {
         const CommDevice *device = manager()->getDeviceById(it.value());
         QVERIFY2(device && device->deviceType() == it.key(), qPrintable(it.key()));
+        // Every item of the shipped description has its model and a key.
+        for (const BaseItemProxy *proxy : device->items())
+            QVERIFY2(proxy && proxy->baseData() && !proxy->baseData()->objectName().isEmpty(), qPrintable(it.key()));
     }
+    QCOMPARE(manager()->getDeviceById(m_ids.value("UdpModule"))->deviceName(), QStringLiteral("扫码枪"));
+    // Every item read its key from the gateway: the descriptions name only known keys.
+    const QStringList failures = HostLog::capturedMessages().filter(QStringLiteral("failed"));
+    QVERIFY2(failures.isEmpty(), qPrintable(failures.join('\n')));
 }
 
 void tst_ItemsGateway::afterRestart_rebuiltModelShowsStoredValue_data()
@@ -256,15 +261,11 @@ void tst_ItemsGateway::afterRestart_rebuiltModelShowsStoredValue_data()
 
 void tst_ItemsGateway::afterRestart_rebuiltModelShowsStoredValue()
 {
-    QFETCH(QString, type);
-    QFETCH(QString, key);
-    QFETCH(QByteArray, property);
-    QFETCH(QVariant, input);
     QFETCH(QByteArray, stored);
-    const BaseItem *data = item(type, key);
-    QVERIFY(data);
-    QCOMPARE(gwValue(m_ids.value(type), key.toUtf8()), stored);
-    QCOMPARE(shown(data, property), input);
+    const Row row = fetchRow();
+    QVERIFY(row.data);
+    QCOMPARE(gwValue(row.id, row.key), stored);
+    QCOMPARE(shown(row.data, row.property), row.input);
 }
 
 QTEST_GUILESS_MAIN(tst_ItemsGateway)

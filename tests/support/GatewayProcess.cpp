@@ -1,12 +1,6 @@
 #include "GatewayProcess.h"
 
 #include <QRegularExpression>
-#include <csignal>
-
-GatewayProcess::GatewayProcess()
-{
-    m_process.setProcessChannelMode(QProcess::SeparateChannels);
-}
 
 GatewayProcess::~GatewayProcess()
 {
@@ -67,16 +61,6 @@ void GatewayProcess::kill()
         return;
     m_process.kill();
     m_process.waitForFinished(10000);
-}
-
-bool GatewayProcess::isRunning() const
-{
-    return m_process.state() == QProcess::Running;
-}
-
-qint64 GatewayProcess::pid() const
-{
-    return m_process.processId();
 }
 
 QByteArray GatewayProcess::log()

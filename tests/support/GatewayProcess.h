@@ -1,11 +1,7 @@
 #pragma once
-// Runs the real gatewayd for integration tests: on a free loopback port,
-// with a temporary state directory that survives restarts of the process.
-//
-//   GatewayProcess gw;                 // path from $GATEWAYD
-//   QVERIFY2(gw.start(), qPrintable(gw.error()));
-//   GW_PF_Init(1, "127.0.0.1", gw.port(), 101);
-//   gw.kill();  gw.start();            // same state directory, new port
+// Runs the real gatewayd ($GATEWAYD) for integration tests: on a free loopback
+// port, with a temporary state directory that survives restarts of the process
+// (a restart keeps the state and takes a new port).
 
 #include <QProcess>
 #include <QString>
@@ -15,7 +11,6 @@
 class GatewayProcess
 {
 public:
-    GatewayProcess();
     ~GatewayProcess();
 
     bool start(const QStringList &extraArgs = {});
@@ -23,10 +18,8 @@ public:
     bool stop();
     // SIGKILL: nothing saved beyond what was committed.
     void kill();
-    bool isRunning() const;
     int port() const { return m_port; }
-    qint64 pid() const;
-    QString stateDir() const { return m_stateDir.path(); }
+    qint64 pid() const { return m_process.processId(); }
     QString error() const { return m_error; }
     // Everything the process wrote to stderr so far.
     QByteArray log();

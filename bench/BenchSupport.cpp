@@ -1,11 +1,14 @@
 #include "BenchSupport.h"
 
+#include "GwPlatform.h"
+
 #include <QFile>
 #include <QString>
 #include <arpa/inet.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <sys/socket.h>
+#include <memory>
 #include <unistd.h>
 
 namespace BenchSupport {
@@ -22,6 +25,13 @@ int listenLoopback(uint16_t *port)
     getsockname(fd, reinterpret_cast<sockaddr *>(&a), &len);
     *port = ntohs(a.sin_port);
     return fd;
+}
+
+uint16_t freeLoopbackPort()
+{
+    uint16_t port = 0;
+    close(listenLoopback(&port));
+    return port;
 }
 
 int connectLoopback(uint16_t port)
@@ -60,6 +70,26 @@ bool writeFull(int fd, const char *buf, size_t n)
         done += size_t(w);
     }
     return true;
+}
+
+void echo64(int server)
+{
+    const int peer = accept(server, nullptr, nullptr);
+    const int one = 1;
+    setsockopt(peer, IPPROTO_TCP, TCP_NODELAY, &one, sizeof(one));
+    char buf[64];
+    while (readFull(peer, buf, sizeof(buf)) && writeFull(peer, buf, sizeof(buf))) {
+    }
+    close(peer);
+}
+
+quint32 setModuleParam(int module, const char *key, const QByteArray &value)
+{
+    std::unique_ptr<GW_PARAM_RECORD> rec(new GW_PARAM_RECORD{});
+    rec->count = 1;
+    qstrncpy(rec->entries[0].key, key, GW_PARAM_KEY_SIZE);
+    qstrncpy(rec->entries[0].value, value.constData(), GW_PARAM_VALUE_SIZE);
+    return GW_PF_SetModuleParam(module, rec.get(), GW_MODULE_ADDRESS);
 }
 
 long rssKb(qint64 pid)

@@ -1,24 +1,18 @@
 // The module on the real gatewayd and client library, each figure beside a
 // baseline measured in the same run:
-//  1. receive latency: a peer thread writes CR LF-terminated 64-byte lines at
-//     a steady rate into a TCP server device made through DevicesManager; per
-//     line, the time from the peer's write to the return of the module's own
-//     result callback, i.e. just after the entry went into recvDataList (the
-//     page's 300 ms refresh tick is not counted). Baselines: the same paced
-//     lines over a plain loopback socket, and a plain 64-byte round trip;
+//  1. receive latency of paced CR LF lines into a TCP server device, from the
+//     peer's write to the return of the module's result callback (the entry is
+//     then in recvDataList), vs the same lines over plain loopback and a plain
+//     64-byte round trip;
 //  2. resident memory of this process and of gatewayd, sampled during 1;
-//  3. CommManagerModule::Init to the page's first frameSwapped, each run in a
-//     fresh process (this program started again), beside an empty QQuickView
-//     of the page's size; needs a display (xvfb-run), skipped without one;
-//  4. DevicesManager::LoadDevices over 256 modules of the six device types,
-//     beside reading the module list and every module's parameters directly.
-// A small main() rather than Google Benchmark: the figures are percentiles,
-// memory series and fresh-process timings, printed as one table.
-//
+//  3. CommManagerModule::Init to the page's first frameSwapped, a fresh process
+//     per run, vs an empty QQuickView of the page's size (needs a display);
+//  4. LoadDevices over 256 modules vs reading them directly.
+// Percentiles, memory series and fresh-process timings: a small main(), not
+// Google Benchmark.
 //   GATEWAYD=build/gateway/daemon/gatewayd xvfb-run -a -s "-screen 0 1280x800x24" build/bench/bench_module
-// Knobs (environment): BENCH_SECONDS (stream length, default 10),
-// BENCH_RATE (lines/s, default 10000), BENCH_FRAME_RUNS (default 5),
-// BENCH_LOAD_RUNS (default 5).
+// Environment: BENCH_SECONDS (stream length, default 10), BENCH_RATE (lines/s,
+// default 10000), BENCH_FRAME_RUNS and BENCH_LOAD_RUNS (default 5 each).
 #include "CommDevice.h"
 #include "CommManagerModule.h"
 #include "DevicesManager.h"
@@ -37,22 +31,17 @@
 #include <QFile>
 #include <QProcess>
 #include <QQuickView>
-#include <QTcpServer>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <algorithm>
-#include <arpa/inet.h>
 #include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <memory>
-#include <netinet/in.h>
-#include <netinet/tcp.h>
 #include <sys/socket.h>
 #include <thread>
 #include <unistd.h>
 #include <vector>
-
 
 namespace {
 using namespace BenchSupport;
@@ -80,15 +69,11 @@ struct Summary {
 
 Summary summarize(std::vector<int64_t> ns)
 {
-    Summary s;
     if (ns.empty())
-        return s;
+        return {};
     std::sort(ns.begin(), ns.end());
     const auto at = [&ns](double q) { return double(ns[size_t(q * double(ns.size() - 1) + 0.5)]) / 1000.0; };
-    s.p50 = at(0.50);
-    s.p99 = at(0.99);
-    s.max = at(1.0);
-    return s;
+    return {at(0.50), at(0.99), at(1.0)};
 }
 
 double medianOf(std::vector<double> values)
@@ -99,8 +84,6 @@ double medianOf(std::vector<double> values)
     const size_t mid = values.size() / 2;
     return values.size() % 2 ? values[mid] : (values[mid - 1] + values[mid]) / 2;
 }
-
-// ---- the paced line stream ----------------------------------------------------
 
 // "L<seq> T<send ns> " padded with 'x', then CR LF: 64 printable bytes.
 void formatLine(char *line, int seq, int64_t sentNs)
@@ -124,6 +107,17 @@ bool parseLine(const char *data, int length, int *seq, int64_t *sentNs)
     *seq = s;
     *sentNs = t;
     return true;
+}
+
+// Sets up the host as the standalone app does, with its log file in stateDir.
+std::shared_ptr<ModuleRegistry> setUpHost(const QString &gatewayPort, const QString &stateDir)
+{
+    auto registry = ModuleRegistry::installDefault();
+    HostConfig::setLanguage(QStringLiteral("zh_CN"));
+    HostConfig::setGatewayPort(gatewayPort);
+    HostLog::setLogFile(stateDir + QStringLiteral("/commmanager.log"));
+    QUICore::setInteractive(false);
+    return registry;
 }
 
 struct PaceResult {
@@ -162,21 +156,11 @@ PaceResult paceLines(int fd, int count, int rate)
     return result;
 }
 
-// ---- baselines on plain loopback sockets ---------------------------------------
-
 std::vector<int64_t> plainRoundTrips(int rounds)
 {
     uint16_t port = 0;
     const int server = listenLoopback(&port);
-    std::thread echo([server] {
-        const int peer = accept(server, nullptr, nullptr);
-        const int one = 1;
-        setsockopt(peer, IPPROTO_TCP, TCP_NODELAY, &one, sizeof(one));
-        char buf[64];
-        while (readFull(peer, buf, sizeof(buf)) && writeFull(peer, buf, sizeof(buf))) {
-        }
-        close(peer);
-    });
+    std::thread echo(echo64, server);
     const int fd = connectLoopback(port);
     char buf[64] = {};
     std::vector<int64_t> times;
@@ -233,8 +217,6 @@ std::vector<int64_t> plainOneWay(int count, int rate)
     return latency;
 }
 
-// ---- 1 + 2: the module's receive path under a steady stream --------------------
-
 struct StreamProbe {
     std::unique_ptr<std::atomic<int64_t>[]> latency; // per sequence number, -1 until seen
     int count = 0;
@@ -265,15 +247,6 @@ int timedResult(int moduleId, int addressId, void *data, int length, void *userD
     return rc;
 }
 
-quint32 setParam(int module, const char *key, const QByteArray &value)
-{
-    std::unique_ptr<GW_PARAM_RECORD> rec(new GW_PARAM_RECORD{});
-    rec->count = 1;
-    qstrncpy(rec->entries[0].key, key, GW_PARAM_KEY_SIZE);
-    qstrncpy(rec->entries[0].value, value.constData(), GW_PARAM_VALUE_SIZE);
-    return GW_PF_SetModuleParam(module, rec.get(), GW_MODULE_ADDRESS);
-}
-
 struct RssSeries {
     std::vector<long> kb;
     void add(long v) { kb.push_back(v); }
@@ -287,7 +260,7 @@ struct RssSeries {
 };
 
 // A TCP server device made the way the page makes one, on a free port, switched on.
-CommDevice *openServerDevice(quint16 *port)
+CommDevice *openServerDevice(uint16_t *port)
 {
     DevicesManager *manager = DevicesManager::Instance();
     const QString type = QStringLiteral("TcpServerModule");
@@ -297,11 +270,9 @@ CommDevice *openServerDevice(quint16 *port)
     CommDevice *device = id > 0 ? manager->getDeviceById(id) : nullptr;
     if (!device)
         return nullptr;
-    QTcpServer probe;
-    probe.listen(QHostAddress::LocalHost);
-    *port = probe.serverPort();
-    probe.close();
-    if (setParam(id, "LocalIP", "127.0.0.1") != GW_OK || setParam(id, "LocalPort", QByteArray::number(*port)) != GW_OK)
+    *port = freeLoopbackPort();
+    if (setModuleParam(id, "LocalIP", "127.0.0.1") != GW_OK
+        || setModuleParam(id, "LocalPort", QByteArray::number(*port)) != GW_OK)
         return nullptr;
     device->setConnectState(true);
     return device->connectState() ? device : nullptr;
@@ -309,7 +280,7 @@ CommDevice *openServerDevice(quint16 *port)
 
 bool runStream(const GatewayProcess &gateway, int seconds, int rate)
 {
-    quint16 port = 0;
+    uint16_t port = 0;
     CommDevice *device = openServerDevice(&port);
     if (!device) {
         std::fprintf(stderr, "cannot open a TCP server device on the gateway\n");
@@ -392,12 +363,10 @@ bool runStream(const GatewayProcess &gateway, int seconds, int rate)
     std::printf("\n1. Receive latency: peer write -> entry in recvDataList, %d lines/s for %d s (%d lines of %d B)\n",
                 rate, seconds, count, kLineBytes);
     std::printf("  %-48s %9s %9s %9s\n", "", "median", "p99", "max");
-    std::printf("  %-48s %7.1fus %7.1fus %7.1fus\n", "module (gatewayd -> libgwplatform -> device)", module.p50,
-                module.p99, module.max);
-    std::printf("  %-48s %7.1fus %7.1fus %7.1fus\n", "baseline: same paced lines, plain loopback", oneWay.p50,
-                oneWay.p99, oneWay.max);
-    std::printf("  %-48s %7.1fus %7.1fus %7.1fus\n", "baseline: plain 64 B round trip (TCP_NODELAY)",
-                roundTrip.p50, roundTrip.p99, roundTrip.max);
+    for (const auto &[label, s] : {std::pair{"module (gatewayd -> libgwplatform -> device)", module},
+                                   {"baseline: same paced lines, plain loopback", oneWay},
+                                   {"baseline: plain 64 B round trip (TCP_NODELAY)", roundTrip}})
+        std::printf("  %-48s %7.1fus %7.1fus %7.1fus\n", label, s.p50, s.p99, s.max);
     std::printf("  %-48s %8.1fx %8.1fx\n", "module / plain one-way", module.p50 / oneWay.p50, module.p99 / oneWay.p99);
     std::printf("  %-48s %8.1fx %8.1fx\n", "module / plain round trip", module.p50 / roundTrip.p50,
                 module.p99 / roundTrip.p99);
@@ -417,49 +386,35 @@ bool runStream(const GatewayProcess &gateway, int seconds, int rate)
     return pace.ok;
 }
 
-// ---- 3: Init to first frame, one fresh process per run -------------------------
-
 // The child: prints "FRAME <Init returned, us> <first frame, us>", both from
 // just before Init (or, for the empty view, before setSource).
 int firstFrameChild(const QString &mode, const QString &gatewayPort, const QString &stateDir)
 {
-    std::unique_ptr<QQuickView> view;
-    std::shared_ptr<ModuleRegistry> registry;
+    const bool isModule = mode == QLatin1String("module");
+    const auto registry = isModule ? setUpHost(gatewayPort, stateDir) : nullptr;
+    std::unique_ptr<QQuickView> view(isModule ? new CommManagerModule : new QQuickView);
+    auto *module = qobject_cast<CommManagerModule *>(view.get());
     QElapsedTimer clock;
-    qint64 initUs = 0;
     std::atomic<qint64> frameUs{-1};
     // frameSwapped comes from the render thread when Qt renders threaded: the
     // time is taken there, not when the GUI thread next gets to a queued call.
-    const auto onFrame = [&] {
+    QObject::connect(view.get(), &QQuickWindow::frameSwapped, qApp, [&] {
         qint64 none = -1;
         if (frameUs.compare_exchange_strong(none, clock.nsecsElapsed() / 1000))
             QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
-    };
-    if (mode == QLatin1String("module")) {
-        registry = ModuleRegistry::installDefault();
-        HostConfig::setLanguage(QStringLiteral("zh_CN"));
-        HostConfig::setGatewayPort(gatewayPort);
-        HostLog::setLogFile(stateDir + QStringLiteral("/commmanager.log"));
-        QUICore::setInteractive(false);
-        auto *module = new CommManagerModule;
-        view.reset(module);
-        QObject::connect(module, &QQuickWindow::frameSwapped, qApp, onFrame, Qt::DirectConnection);
-        clock.start();
-        if (const int rc = module->Init(QString(), QString())) {
-            std::fprintf(stderr, "Init failed: 0x%X\n", unsigned(rc));
-            return 2;
-        }
-    } else {
-        view.reset(new QQuickView);
-        QObject::connect(view.get(), &QQuickWindow::frameSwapped, qApp, onFrame, Qt::DirectConnection);
-        clock.start();
+    }, Qt::DirectConnection);
+    clock.start();
+    if (!module) {
         view->setSource(QUrl::fromLocalFile(stateDir + QStringLiteral("/empty.qml")));
+    } else if (const int rc = module->Init(QString(), QString())) {
+        std::fprintf(stderr, "Init failed: 0x%X\n", unsigned(rc));
+        return 2;
     }
-    initUs = clock.nsecsElapsed() / 1000;
+    const qint64 initUs = clock.nsecsElapsed() / 1000;
     view->show();
     QTimer::singleShot(20000, qApp, [] { QCoreApplication::exit(4); });
     const int rc = QCoreApplication::exec();
-    if (auto *module = qobject_cast<CommManagerModule *>(view.get()))
+    if (module)
         module->DeInit();
     if (rc != 0 || frameUs < 0)
         return rc ? rc : 4;
@@ -525,8 +480,6 @@ void runFirstFrame(int gatewayPort, const QString &stateDir, int runs)
     std::printf("  %-52s %9.1f\n", "baseline: empty 1130x680 QQuickView -> first frame", medianOf(emptyFrame));
     std::printf("  %-52s %8.1fx\n", "module / baseline", medianOf(moduleFrame) / medianOf(emptyFrame));
 }
-
-// ---- 4: LoadDevices over 256 modules ------------------------------------------
 
 double msSince(const QElapsedTimer &t)
 {
@@ -625,12 +578,7 @@ int main(int argc, char **argv)
     runFirstFrame(gateway.port(), stateDir.path(), envInt("BENCH_FRAME_RUNS", 5));
     std::fflush(stdout);
 
-    // Set up as the standalone host does, with its log file.
-    auto registry = ModuleRegistry::installDefault();
-    HostConfig::setLanguage(QStringLiteral("zh_CN"));
-    HostConfig::setGatewayPort(QString::number(gateway.port()));
-    HostLog::setLogFile(stateDir.path() + QStringLiteral("/commmanager.log"));
-    QUICore::setInteractive(false);
+    const auto registry = setUpHost(QString::number(gateway.port()), stateDir.path());
     auto module = std::make_unique<CommManagerModule>();
     if (const int rc = module->Init(QString(), QString())) {
         std::fprintf(stderr, "CommManagerModule::Init failed: 0x%X\n", unsigned(rc));

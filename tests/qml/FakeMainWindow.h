@@ -7,19 +7,14 @@
 class FakeMainWindow : public QObject
 {
     Q_OBJECT
-    Q_PROPERTY(int x READ x WRITE setX NOTIFY xChanged)
-    Q_PROPERTY(int y READ y WRITE setY NOTIFY yChanged)
+    Q_PROPERTY(int x MEMBER m_x NOTIFY xChanged)
+    Q_PROPERTY(int y MEMBER m_y NOTIFY yChanged)
     Q_PROPERTY(int hideCount READ hideCount NOTIFY hideCountChanged)
 
 public:
     using QObject::QObject;
 
-    int x() const { return m_x; }
-    void setX(int x) { m_x = x; emit xChanged(); }
-    int y() const { return m_y; }
-    void setY(int y) { m_y = y; emit yChanged(); }
     int hideCount() const { return m_hideCount; }
-
     Q_INVOKABLE void ViewHide() { ++m_hideCount; emit hideCountChanged(); }
     Q_INVOKABLE void requestActivate() {}
     Q_INVOKABLE void repaintWindow() {}

@@ -1,7 +1,10 @@
 #pragma once
 // The fake gateway as the QML tests see it (singleton "TestGateway" of
 // "test.gateway" 1.0): scripting answers, adding modules, reloading the
-// device list and reading back the calls that the page made.
+// device list, reading back the calls that the page made and the stored values.
+
+#include "DevicesManager.h"
+#include "FakeGateway.h"
 
 #include <QObject>
 #include <QString>
@@ -12,20 +15,38 @@ class QmlTestGateway : public QObject
 public:
     using QObject::QObject;
 
-    // Fresh gateway and an empty device list.
-    Q_INVOKABLE void reset();
-    Q_INVOKABLE int addModule(const QString &type, const QString &name);
-    Q_INVOKABLE void setParam(int moduleId, const QString &key, const QString &value);
-    Q_INVOKABLE void loadDevices();
+    // Fresh gateway, an empty device list and a plain-text send field.
+    Q_INVOKABLE void reset()
+    {
+        gw().reset();
+        DevicesManager::Instance()->LoadDevices();
+        DevicesManager::Instance()->sendDataNormalDevice()->setHexEnable(false);
+        DevicesManager::Instance()->sendDataNormalDevice()->setText(QStringLiteral("TestData"));
+        gw().clearCalls();
+    }
+    Q_INVOKABLE int addModule(const QString &type, const QString &name)
+    {
+        return gw().addModule(type.toUtf8(), name.toUtf8());
+    }
+    Q_INVOKABLE void setParam(int id, const QString &key, const QString &value)
+    {
+        gw().setParam(id, key.toUtf8(), value.toUtf8());
+    }
+    Q_INVOKABLE void loadDevices() { DevicesManager::Instance()->LoadDevices(); }
     // Every call of `function` answers code (codes above 2^31 come as doubles).
-    Q_INVOKABLE void answer(const QString &function, double code);
-    Q_INVOKABLE void answerKey(const QString &function, const QString &key, double code);
-    Q_INVOKABLE void clearCalls();
-    Q_INVOKABLE int callCount(const QString &function) const;
-    // Text of the last call of `function` (the sent string of WriteString).
-    Q_INVOKABLE QString lastText(const QString &function) const;
-    Q_INVOKABLE int lastModuleId(const QString &function) const;
-    // How many SetModuleParam calls wrote key = value to the module.
-    Q_INVOKABLE int setCount(int moduleId, const QString &key, const QString &value) const;
-    Q_INVOKABLE QString param(int moduleId, const QString &key) const;
+    Q_INVOKABLE void answer(const QString &function, double code) { gw().answer(function, quint32(code)); }
+    Q_INVOKABLE void answerKey(const QString &function, const QString &key, double code)
+    {
+        gw().answerKey(function, key.toUtf8(), quint32(code));
+    }
+    Q_INVOKABLE void clearCalls() { gw().clearCalls(); }
+    Q_INVOKABLE int callCount(const QString &function) const { return gw().calls(function).size(); }
+    Q_INVOKABLE int lastModuleId(const QString &function) const { return gw().lastCall(function).moduleId; }
+    Q_INVOKABLE QString param(int id, const QString &key) const
+    {
+        return QString::fromUtf8(gw().param(id, key.toUtf8()));
+    }
+
+private:
+    static FakeGateway &gw() { return FakeGateway::instance(); }
 };

@@ -138,8 +138,7 @@ Item {
                 mouseClick(page, 500, 350)
             else if (data.press === "box")
                 mouseClick(box)
-            else
-            {
+            else {
                 var list = popup.contentItem
                 tryVerify(function() { return list.itemAtIndex(2) !== null }, 2000, "list entries laid out")
                 mouseClick(list.itemAtIndex(2))
@@ -164,30 +163,25 @@ Item {
             verify(findChild(combo, "comboPopup").visible)
         }
 
-        function test_hexRewrite_data() {
+        // HexText.toHex for ticking the send field's hex box, fromHex for unticking it
+        // ("AB" and an odd last digit: DeviceViews::test_hexSendRewritesTheField).
+        function test_hex_data() {
             return [
-                { tag: "letters", text: "AB", hex: "41 42" },
-                { tag: "control characters are padded", text: "A\r\n", hex: "41 0D 0A" },
-                { tag: "empty text", text: "", hex: "" },
-                { tag: "wide character keeps all its digits", text: "\u4E2D", hex: "4E2D" }
+                { tag: "control characters are padded", text: "A\r\n", hex: "41 0D 0A", toHex: true },
+                { tag: "empty text", text: "", hex: "", toHex: true },
+                { tag: "wide character keeps all its digits", text: "\u4E2D", hex: "4E2D", toHex: true },
+                { tag: "back: pairs separated by blanks", hex: "41 42", text: "AB", toHex: false },
+                { tag: "back: blanks anywhere", hex: "4 1 4 2 4", text: "AB", toHex: false },
+                { tag: "back: lower-case digits", hex: "6a 6B", text: "jk", toHex: false },
+                { tag: "back: a pair that is not hexadecimal is skipped", hex: "41 4G 42", text: "AB", toHex: false },
+                { tag: "back: empty", hex: "", text: "", toHex: false }
             ]
         }
-        function test_hexRewrite(data) {
-            compare(HexText.toHex(data.text), data.hex)
-        }
-
-        function test_hexBack_data() {
-            return [
-                { tag: "pairs separated by blanks", hex: "41 42", text: "AB" },
-                { tag: "odd last digit dropped", hex: "414", text: "A" },
-                { tag: "blanks anywhere", hex: "4 1 4 2 4", text: "AB" },
-                { tag: "lower-case digits", hex: "6a 6B", text: "jk" },
-                { tag: "a pair that is not hexadecimal is skipped", hex: "41 4G 42", text: "AB" },
-                { tag: "empty", hex: "", text: "" }
-            ]
-        }
-        function test_hexBack(data) {
-            compare(HexText.fromHex(data.hex), data.text)
+        function test_hex(data) {
+            if (data.toHex)
+                compare(HexText.toHex(data.text), data.hex)
+            else
+                compare(HexText.fromHex(data.hex), data.text)
         }
     }
 }

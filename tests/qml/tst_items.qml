@@ -51,55 +51,7 @@ Item {
                 keyClick(text[i])
             keyClick(Qt.Key_Return)
         }
-        function refuseWrites(refuse) {
-            if (refuse)
-                TestGateway.answer("SetModuleParam", 0xE00000FF)
-        }
-
-        function test_integer_data() {
-            return [
-                { tag: "accepted value is written and kept", typed: "9000", refused: false, shown: 9000, written: "9000", boxes: 0 },
-                { tag: "value above the maximum is written clamped", typed: "70000", refused: false, shown: 65535, written: "65535", boxes: 0 },
-                { tag: "refused value shows the old one again", typed: "9000", refused: true, shown: 8000, written: "", boxes: 1 }
-            ]
-        }
-        function test_integer(data) {
-            makeDevice("TcpServerModule", { LocalPort: "8000" })
-            var item = control("LocalPort")
-            var boxes = createTemporaryObject(spy, page, { target: item.pItemData, signalName: "messageBox" })
-            var box = findChild(item, "integerBox")
-            compare(box.currentValue, 8000)
-            refuseWrites(data.refused)
-            typeInto(findChild(box, "rangeInput"), data.typed)
-            compare(TestGateway.callCount("SetModuleParam"), 1)
-            if (data.written.length > 0)
-                compare(TestGateway.setCount(deviceId, "LocalPort", data.written), 1)
-            compare(item.pItemData.currentValue, data.shown)
-            compare(box.currentValue, data.shown)
-            compare(findChild(box, "rangeInput").text, String(data.shown))
-            compare(boxes.count, data.boxes)
-        }
-
-        function test_integerShowsItsMessageTip() {
-            makeDevice("TcpServerModule", {})
-            compare(findChild(control("LocalPort"), "messageTipIcon").visible, true)
-            compare(findChild(control("MaxConnections"), "messageTipIcon").visible, false)
-        }
-
-        function test_targetAddress_data() {
-            return [
-                { tag: "accepted address", keys: "192.168.1.7", refused: false, shown: "192.168.1.7" },
-                { tag: "refused address shows the old one", keys: "192.168.1.7", refused: true, shown: "10.0.0.2" }
-            ]
-        }
-        function test_targetAddress(data) {
-            makeDevice("TcpClientModule", { TargetIP: "10.0.0.2" })
-            var item = control("TargetIP")
-            var box = findChild(item, "targetIpBox")
-            verify(box.visible)
-            verify(!findChild(item, "hostIpBox").visible)
-            compare(box.currentIPString, "10.0.0.2")
-            refuseWrites(data.refused)
+        function typeAddress(box, keys) {
             for (var i = 0; i < 4; ++i) {
                 var part = findChild(box, "ipPart" + i)
                 part.forceActiveFocus()
@@ -107,12 +59,77 @@ Item {
                 keyClick(Qt.Key_Delete)
             }
             findChild(box, "ipPart0").forceActiveFocus()
-            for (var k = 0; k < data.keys.length; ++k)
-                keyClick(data.keys[k])
+            for (var k = 0; k < keys.length; ++k)
+                keyClick(keys[k])
             keyClick(Qt.Key_Return)
-            tryCompare(box, "currentIPString", data.shown)
+            tryVerify(function() { return TestGateway.callCount("SetModuleParam") > 0 })
+        }
+        function pick(box, index) {
+            mouseClick(box)
+            var list = findChild(box, "comboPopup").contentItem
+            tryVerify(function() { return list.itemAtIndex(index) !== null })
+            mouseClick(list.itemAtIndex(index))
+        }
+
+        // One edit per control kind, accepted and refused: the accepted value is
+        // stored and shown; a refused one leaves the gateway's value, shows it
+        // again and opens one message box.
+        function test_edit_data() {
+            var kinds = [
+                { tag: "Integer", type: "TcpServerModule", key: "LocalPort", stored: "8000", written: "9000",
+                  control: "integerBox", prop: "currentValue", model: "currentValue", input: "rangeInput",
+                  before: 8000, after: 9000, edit: function(box) { typeInto(findChild(box, "rangeInput"), "9000") } },
+                { tag: "Integer above the maximum, clamped", type: "TcpServerModule", key: "LocalPort", stored: "8000",
+                  written: "65535", control: "integerBox", prop: "currentValue", model: "currentValue", input: "rangeInput",
+                  before: 8000, after: 65535, edit: function(box) { typeInto(findChild(box, "rangeInput"), "70000") } },
+                { tag: "IPString target", type: "TcpClientModule", key: "TargetIP", stored: "10.0.0.2", written: "192.168.1.7",
+                  control: "targetIpBox", hidden: "hostIpBox", prop: "currentIPString", model: "ipString",
+                  before: "10.0.0.2", after: "192.168.1.7", edit: function(box) { typeAddress(box, "192.168.1.7") } },
+                { tag: "EndChar", type: "TcpServerModule", key: "EndChar", stored: "\r\n", written: "#",
+                  control: "endCharBox", prop: "currentText", model: "curValue", input: "subscriptionInput",
+                  before: "\\r\\n", after: "#", edit: function(box) { typeInto(findChild(box, "subscriptionInput"), "#") } },
+                { tag: "Boolean", type: "TcpClientModule", key: "AutoReconnect", stored: "true", written: "false",
+                  control: "booleanSwitch", prop: "switchStatus", model: "curValue",
+                  before: true, after: false, edit: function(sw) { mouseClick(sw) } },
+                { tag: "Enumeration", type: "SerialModule", key: "Parity", stored: "0", written: "3",
+                  control: "enumBox", prop: "currentIndex", model: "curIndex",
+                  before: 0, after: 2, edit: function(box) { pick(box, 2) } }
+            ]
+            var rows = []
+            for (var i = 0; i < kinds.length; ++i) {
+                rows.push(Object.assign({}, kinds[i], { tag: kinds[i].tag + " accepted", refused: false }))
+                rows.push(Object.assign({}, kinds[i], { tag: kinds[i].tag + " refused", refused: true }))
+            }
+            return rows
+        }
+        function test_edit(data) {
+            var params = {}
+            params[data.key] = data.stored
+            makeDevice(data.type, params)
+            var item = control(data.key)
+            var box = findChild(item, data.control)
+            verify(box.visible)
+            if (data.hidden)
+                verify(!findChild(item, data.hidden).visible)
+            var boxes = createTemporaryObject(spy, page, { target: item.pItemData, signalName: "messageBox" })
+            compare(box[data.prop], data.before)
+            if (data.refused)
+                TestGateway.answer("SetModuleParam", 0xE00000FF)
+            data.edit(box)
+            var shown = data.refused ? data.before : data.after
             compare(TestGateway.callCount("SetModuleParam"), 1)
-            compare(item.pItemData.ipString, data.shown)
+            compare(TestGateway.param(deviceId, data.key), data.refused ? data.stored : data.written)
+            compare(item.pItemData[data.model], shown)
+            compare(box[data.prop], shown)
+            if (data.input)
+                compare(findChild(box, data.input).text, String(shown))
+            compare(boxes.count, data.refused ? 1 : 0)
+        }
+
+        function test_integerShowsItsMessageTip() {
+            makeDevice("TcpServerModule", {})
+            compare(findChild(control("LocalPort"), "messageTipIcon").visible, true)
+            compare(findChild(control("MaxConnections"), "messageTipIcon").visible, false)
         }
 
         function test_hostAddressOffersTheLocalList() {
@@ -125,69 +142,9 @@ Item {
             verify(box.comboBoxListModel.length > 0)
         }
 
-        function test_endChar_data() {
-            return [
-                { tag: "accepted text", refused: false, shown: "#" },
-                { tag: "refused text shows the old one", refused: true, shown: "\\r\\n" }
-            ]
-        }
-        function test_endChar(data) {
-            makeDevice("TcpServerModule", { EndChar: "\r\n" })
-            var item = control("EndChar")
-            var box = findChild(item, "endCharBox")
-            compare(box.currentText, "\\r\\n")
-            refuseWrites(data.refused)
-            typeInto(findChild(box, "subscriptionInput"), "#")
-            compare(TestGateway.callCount("SetModuleParam"), 1)
-            compare(box.currentText, data.shown)
-            compare(findChild(box, "subscriptionInput").text, data.shown)
-        }
-
-        function test_boolean_data() {
-            return [
-                { tag: "accepted switch", refused: false, shown: false },
-                { tag: "refused switch springs back", refused: true, shown: true }
-            ]
-        }
-        function test_boolean(data) {
-            makeDevice("TcpClientModule", { AutoReconnect: "true" })
-            var item = control("AutoReconnect")
-            var sw = findChild(item, "booleanSwitch")
-            compare(sw.switchStatus, true)
-            refuseWrites(data.refused)
-            mouseClick(sw)
-            compare(TestGateway.callCount("SetModuleParam"), 1)
-            compare(item.pItemData.curValue, data.shown)
-            compare(sw.switchStatus, data.shown)
-        }
-
-        function test_enumeration_data() {
-            return [
-                { tag: "accepted choice", refused: false, pick: 2, shown: 2 },
-                { tag: "refused choice shows the old one", refused: true, pick: 2, shown: 0 }
-            ]
-        }
-        function test_enumeration(data) {
-            makeDevice("SerialModule", {})
-            var item = control("Parity")
-            var box = findChild(item, "enumBox")
-            item.pItemData.curIndex = 0
-            compare(box.currentIndex, 0)
-            TestGateway.clearCalls()
-            refuseWrites(data.refused)
-            mouseClick(box)
-            var list = findChild(box, "comboPopup").contentItem
-            tryVerify(function() { return list.itemAtIndex(data.pick) !== null })
-            mouseClick(list.itemAtIndex(data.pick))
-            compare(TestGateway.callCount("SetModuleParam"), 1)
-            compare(item.pItemData.curIndex, data.shown)
-            compare(box.currentIndex, data.shown)
-        }
-
         function test_serialPortListIsAskedWhenItOpens() {
             makeDevice("SerialModule", {})
-            var item = control("PortName")
-            var box = findChild(item, "comBox")
+            var box = findChild(control("PortName"), "comBox")
             var before = TestGateway.callCount("GetSerialList")
             mouseClick(box)
             compare(TestGateway.callCount("GetSerialList"), before + 1)

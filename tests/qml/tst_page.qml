@@ -23,8 +23,7 @@ Item {
 
         function test_onlyTheDeviceManagerTabIsShown() {
             var root = createTemporaryObject(rootPage, page)
-            compare(root.width, 1130)
-            compare(root.height, 680)
+            compare([root.width, root.height], [1130, 680])
             compare(findChild(root, "titleBar").height, 32)
             compare(findChild(root, "navigationBar").width, 97)
             var shown = []
@@ -33,8 +32,7 @@ Item {
                 var tab = findChild(root, "tab_" + names[i])
                 verify(tab !== null, names[i])
                 if (tab.visible) {
-                    compare(tab.width, 96)
-                    compare(tab.height, 92)
+                    compare([tab.width, tab.height], [96, 92])
                     shown.push(names[i])
                 }
             }

@@ -10,16 +10,16 @@ Rectangle {
     width: 730
     height: 500
     visible: pItemData ? pItemData.visibility : true
-    color: "#FFFFFF"
-    border.color: "#D9DDE3"
+    color: Theme.surface
+    border.color: Theme.frame
     radius: 3
 
     Text {
         x: 12
         y: 10
-        font.pixelSize: 13
+        font.pixelSize: Theme.fontHeading
         font.bold: true
-        color: "#333333"
+        color: Theme.text
         text: root.pItemData ? DevicesManager.qsLMTr(root.pItemData.displayName) : ""
     }
 }

@@ -18,7 +18,7 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         width: 3
         height: 14
-        color: "#2F7CF6"
+        color: Theme.accent
     }
     Text {
         id: heading
@@ -28,9 +28,9 @@ Item {
         height: root.height
         verticalAlignment: Text.AlignVCenter
         elide: Text.ElideRight
-        font.pixelSize: 13
+        font.pixelSize: Theme.fontHeading
         font.bold: true
-        color: root.pItemData && !root.pItemData.enable ? "#A0A8B3" : "#333333"
+        color: root.pItemData && !root.pItemData.enable ? Theme.textDisabled : Theme.text
         text: root.pItemData ? DevicesManager.qsLMTr(root.pItemData.displayName) : ""
     }
     Rectangle {
@@ -39,6 +39,6 @@ Item {
         anchors { left: parent.left; leftMargin: heading.x + heading.contentWidth + 10; right: parent.right;
                   rightMargin: 10; verticalCenter: parent.verticalCenter }
         height: 1
-        color: "#E0DFDE"
+        color: Theme.divider
     }
 }

@@ -9,7 +9,7 @@ Rectangle {
     property int currentDeviceID: -1
     signal messageRequested(int type, string text)
 
-    color: "#FFFFFF"
+    color: Theme.surface
 
     function activateMainWindow() {
         if (typeof MainWindow !== "undefined" && MainWindow)
@@ -52,9 +52,9 @@ Rectangle {
         Text {
             anchors { left: parent.left; leftMargin: 16; right: createButton.left; rightMargin: 8; verticalCenter: parent.verticalCenter }
             elide: Text.ElideRight
-            font.pixelSize: 14
+            font.pixelSize: Theme.fontTitle
             font.bold: true
-            color: "#333333"
+            color: Theme.text
             text: DevicesManager.qsLMTr("Lang_ComDeviceList")
         }
         MouseArea {
@@ -68,7 +68,7 @@ Rectangle {
             Rectangle {
                 anchors.fill: parent
                 radius: 4
-                color: createButton.containsMouse ? "#E8EEF9" : "transparent"
+                color: createButton.containsMouse ? Theme.highlight : "transparent"
             }
             Row {
                 id: createRow
@@ -81,8 +81,8 @@ Rectangle {
                 }
                 Text {
                     anchors.verticalCenter: parent.verticalCenter
-                    font.pixelSize: 12
-                    color: createButton.containsMouse ? "#2F7CF6" : "#5B6B7F"
+                    font.pixelSize: Theme.fontBody
+                    color: createButton.containsMouse ? Theme.accent : Theme.textSecondary
                     text: DevicesManager.qsLMTr("create")
                 }
             }
@@ -90,7 +90,7 @@ Rectangle {
         Rectangle {
             anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
             height: 1
-            color: "#E0DFDE"
+            color: Theme.divider
         }
     }
 
@@ -109,13 +109,13 @@ Rectangle {
             readonly property bool selected: device && device.deviceID === root.currentDeviceID
             width: list.width
             height: 56
-            color: selected ? "#E8EEF9" : (rowArea.containsMouse ? "#F5F6F8" : "#FFFFFF")
+            color: selected ? Theme.highlight : (rowArea.containsMouse ? Theme.rowHover : Theme.surface)
 
             Rectangle {
                 visible: row.selected
                 width: 3
                 height: parent.height
-                color: "#2F7CF6"
+                color: Theme.accent
             }
             MouseArea {
                 id: rowArea
@@ -135,16 +135,16 @@ Rectangle {
                     objectName: "deviceType"
                     width: parent.width
                     elide: Text.ElideRight
-                    font.pixelSize: 11
-                    color: "#8A94A3"
+                    font.pixelSize: Theme.fontCaption
+                    color: Theme.textCaption
                     text: row.device ? DevicesManager.qsLMTr(row.device.deviceType) : ""
                 }
                 Text {
                     objectName: "deviceName"
                     width: parent.width
                     elide: Text.ElideRight
-                    font.pixelSize: 13
-                    color: "#333333"
+                    font.pixelSize: Theme.fontHeading
+                    color: Theme.text
                     text: row.device ? row.device.deviceName : ""
                 }
             }
@@ -168,7 +168,7 @@ Rectangle {
             Rectangle {
                 anchors { left: parent.left; right: parent.right; bottom: parent.bottom; leftMargin: 16 }
                 height: 1
-                color: "#F0F0F0"
+                color: Theme.rowSeparator
             }
         }
     }
@@ -179,7 +179,7 @@ Rectangle {
         property var device: null
         width: 120
         padding: 1
-        background: Rectangle { color: "#FFFFFF"; border.color: "#C3C9D1"; radius: 2 }
+        background: Rectangle { color: Theme.surface; border.color: Theme.popupBorder; radius: 2 }
         // Opens at the press, moved up when it would leave the list.
         function openAt(device, pos) {
             contextMenu.device = device
@@ -202,11 +202,11 @@ Rectangle {
                         else
                             root.deleteDevice(contextMenu.device.deviceID)
                     }
-                    Rectangle { anchors.fill: parent; color: parent.containsMouse ? "#E8EEF9" : "transparent" }
+                    Rectangle { anchors.fill: parent; color: parent.containsMouse ? Theme.highlight : "transparent" }
                     Text {
                         anchors { left: parent.left; leftMargin: 14; verticalCenter: parent.verticalCenter }
-                        font.pixelSize: 12
-                        color: "#333333"
+                        font.pixelSize: Theme.fontBody
+                        color: Theme.text
                         text: DevicesManager.qsLMTr(modelData.key)
                     }
                 }

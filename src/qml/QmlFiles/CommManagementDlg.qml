@@ -60,8 +60,8 @@ DialogFrame {
         height: 28
         verticalAlignment: Text.AlignVCenter
         elide: Text.ElideRight
-        font.pixelSize: 12
-        color: "#333333"
+        font.pixelSize: Theme.fontBody
+        color: Theme.text
         text: DevicesManager.qsLMTr("ProtocolType")
     }
     LmComboBox {
@@ -80,8 +80,8 @@ DialogFrame {
         height: 28
         verticalAlignment: Text.AlignVCenter
         elide: Text.ElideRight
-        font.pixelSize: 12
-        color: "#333333"
+        font.pixelSize: Theme.fontBody
+        color: Theme.text
         text: DevicesManager.qsLMTr("deviceName")
     }
     Rectangle {
@@ -89,7 +89,7 @@ DialogFrame {
         anchors { left: nameLabel.right; right: parent.right; rightMargin: 20; verticalCenter: typeLabel.verticalCenter }
         height: 28
         radius: 3
-        border.color: nameField.activeFocus ? "#2F7CF6" : "#C3C9D1"
+        border.color: nameField.activeFocus ? Theme.controlBorderFocus : Theme.controlBorder
         TextInput {
             id: nameField
             objectName: "nameField"
@@ -100,8 +100,8 @@ DialogFrame {
             clip: true
             selectByMouse: true
             maximumLength: 64
-            font.pixelSize: 12
-            color: "#333333"
+            font.pixelSize: Theme.fontBody
+            color: Theme.text
             validator: RegExpValidator { regExp: root.devType === "ProfinetModule" ? /[A-Za-z0-9.\-]*/ : /.*/ }
         }
         ToolTip.visible: root.devType === "ProfinetModule" && nameField.activeFocus

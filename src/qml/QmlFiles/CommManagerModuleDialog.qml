@@ -8,7 +8,7 @@ Rectangle {
     id: root
     width: 1130
     height: 680
-    color: "#F5F6F8"
+    color: Theme.page
 
     readonly property bool hasMainWindow: typeof MainWindow !== "undefined" && MainWindow !== null
     property int currentTab: 0
@@ -28,7 +28,7 @@ Rectangle {
         objectName: "titleBar"
         anchors { left: parent.left; right: parent.right; top: parent.top }
         height: 32
-        color: "#262626"
+        color: Theme.titleBar
 
         MouseArea {
             id: dragArea
@@ -45,8 +45,8 @@ Rectangle {
         Text {
             objectName: "titleText"
             anchors { left: parent.left; leftMargin: 12; verticalCenter: parent.verticalCenter }
-            font.pixelSize: 13
-            color: "#BEBEBE"
+            font.pixelSize: Theme.fontHeading
+            color: Theme.titleText
             text: DevicesManager.qsLMTr("Lang_CommSet")
         }
         MouseArea {
@@ -58,7 +58,7 @@ Rectangle {
             onClicked: if (root.hasMainWindow) MainWindow.ViewHide()
             Rectangle {
                 anchors.fill: parent
-                color: closeButton.pressed ? "#C43C3C" : (closeButton.containsMouse ? "#E5484D" : "transparent")
+                color: closeButton.pressed ? Theme.closePressed : (closeButton.containsMouse ? Theme.closeHover : "transparent")
             }
             Image {
                 anchors.centerIn: parent
@@ -72,7 +72,7 @@ Rectangle {
         objectName: "navigationBar"
         anchors { left: parent.left; top: titleBar.bottom; bottom: parent.bottom }
         width: 97
-        color: "#333333"
+        color: Theme.navigationBar
 
         Column {
             Repeater {
@@ -89,13 +89,13 @@ Rectangle {
                     onClicked: root.currentTab = index
                     Rectangle {
                         anchors.fill: parent
-                        color: tab.current ? "#262626" : (tab.containsMouse ? "#3B3B3B" : "transparent")
+                        color: tab.current ? Theme.navigationCurrent : (tab.containsMouse ? Theme.navigationHover : "transparent")
                     }
                     Rectangle {
                         visible: tab.current
                         width: 3
                         height: parent.height
-                        color: "#4C9AFF"
+                        color: Theme.navigationMark
                     }
                     Column {
                         anchors.centerIn: parent
@@ -110,8 +110,8 @@ Rectangle {
                             width: 88
                             horizontalAlignment: Text.AlignHCenter
                             elide: Text.ElideRight
-                            font.pixelSize: 12
-                            color: tab.current ? "#FFFFFF" : "#BEBEBE"
+                            font.pixelSize: Theme.fontBody
+                            color: tab.current ? Theme.navigationTextCurrent : Theme.navigationText
                             text: DevicesManager.qsLMTr(modelData.key)
                         }
                     }
@@ -121,7 +121,7 @@ Rectangle {
         Rectangle {
             anchors { right: parent.right; top: parent.top; bottom: parent.bottom }
             width: 1
-            color: "#262626"
+            color: Theme.navigationEdge
         }
     }
 

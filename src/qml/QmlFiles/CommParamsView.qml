@@ -14,7 +14,7 @@ Rectangle {
     property alias itemPanel: panel
     signal messageRequested(int type, string text)
 
-    color: "#F5F6F8"
+    color: Theme.page
 
     function findDevice(id) {
         var list = DevicesManager.commDeviceList
@@ -77,7 +77,7 @@ Rectangle {
                 objectName: "recvHexCheck"
                 anchors { right: recvClear.left; rightMargin: 12; verticalCenter: parent.verticalCenter }
                 text: DevicesManager.qsLMTr("ShownAsHex")
-                font.pixelSize: 12
+                font.pixelSize: Theme.fontBody
                 padding: 0
             }
             LmButton {
@@ -93,8 +93,8 @@ Rectangle {
         Rectangle {
             anchors { left: parent.left; right: parent.right; top: recvHeading.bottom; bottom: parent.bottom
                       leftMargin: 16; rightMargin: 16; bottomMargin: 8 }
-            color: "#FFFFFF"
-            border.color: "#D9DDE3"
+            color: Theme.surface
+            border.color: Theme.frame
             radius: 3
             ListView {
                 id: recvList
@@ -115,9 +115,9 @@ Rectangle {
                     height: 20
                     verticalAlignment: Text.AlignVCenter
                     elide: Text.ElideRight
-                    font.pixelSize: 12
-                    font.family: "monospace"
-                    color: "#333333"
+                    font.pixelSize: Theme.fontBody
+                    font.family: Theme.fontMonospace
+                    color: Theme.text
                     text: modelData
                 }
             }
@@ -139,7 +139,7 @@ Rectangle {
                 objectName: "hexSendCheck"
                 anchors { right: parent.right; rightMargin: 16; verticalCenter: parent.verticalCenter }
                 text: DevicesManager.qsLMTr("16进制发送")
-                font.pixelSize: 12
+                font.pixelSize: Theme.fontBody
                 padding: 0
                 checked: root.sendData.hexEnable
                 onToggled: root.switchHex(checked)
@@ -149,8 +149,8 @@ Rectangle {
             id: sendFrame
             anchors { left: parent.left; right: sendButton.left; top: sendHeading.bottom; leftMargin: 16; rightMargin: 10 }
             height: 30
-            color: "#FFFFFF"
-            border.color: sendField.activeFocus ? "#2F7CF6" : "#C3C9D1"
+            color: Theme.controlBackground
+            border.color: sendField.activeFocus ? Theme.controlBorderFocus : Theme.controlBorder
             radius: 3
             TextInput {
                 id: sendField
@@ -161,8 +161,8 @@ Rectangle {
                 verticalAlignment: TextInput.AlignVCenter
                 clip: true
                 selectByMouse: true
-                font.pixelSize: 12
-                color: "#333333"
+                font.pixelSize: Theme.fontBody
+                color: Theme.text
                 text: root.sendData.text
                 onTextChanged: root.sendData.setText(text)
                 Keys.onReturnPressed: event.accepted = true

@@ -11,7 +11,7 @@ Rectangle {
     property alias paramsView: params
     property alias messageBoxes: launcher
 
-    color: "#F5F6F8"
+    color: Theme.page
 
     MessageBoxLauncher {
         id: launcher
@@ -32,7 +32,7 @@ Rectangle {
         id: divider
         anchors { left: deviceList.right; top: parent.top; bottom: parent.bottom }
         width: 2
-        color: "#e0dfde"
+        color: Theme.divider
     }
     CommParamsView {
         id: params

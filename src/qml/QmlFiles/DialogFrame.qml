@@ -13,8 +13,8 @@ Popup {
     modal: true
     padding: 0
     closePolicy: Popup.CloseOnEscape
-    Overlay.modal: Rectangle { color: "#66000000" }
-    background: Rectangle { color: "#FFFFFF"; radius: 4; border.color: "#C3C9D1" }
+    Overlay.modal: Rectangle { color: Theme.modalShade }
+    background: Rectangle { color: Theme.surface; radius: 4; border.color: Theme.popupBorder }
 
     contentItem: Item {
         Item {
@@ -25,9 +25,9 @@ Popup {
                 objectName: "dialogTitle"
                 anchors { left: parent.left; leftMargin: 16; right: closeArea.left; verticalCenter: parent.verticalCenter }
                 elide: Text.ElideRight
-                font.pixelSize: 14
+                font.pixelSize: Theme.fontTitle
                 font.bold: true
-                color: "#333333"
+                color: Theme.text
                 text: root.title
             }
             MouseArea {
@@ -44,7 +44,7 @@ Popup {
             Rectangle {
                 anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
                 height: 1
-                color: "#E0DFDE"
+                color: Theme.divider
             }
         }
         Item {

@@ -8,7 +8,6 @@ import QtQuick.Controls 2.15
 Flickable {
     id: root
     property var controls: []
-    property var connections: []
     readonly property int gridCellWidth: 340
     readonly property int gridLeftMargin: 10
     readonly property int gridControlSpace: 160
@@ -25,18 +24,12 @@ Flickable {
     }
 
     function clear() {
-        for (var i = 0; i < connections.length; ++i) {
-            // The model is gone already when its device was deleted.
-            if (connections[i].data)
-                connections[i].data.messageBox.disconnect(connections[i].handler)
-        }
         // destroy() is deferred: take the controls out of the layout at once.
-        for (var j = 0; j < controls.length; ++j) {
-            controls[j].visible = false
-            controls[j].parent = null
-            controls[j].destroy()
+        for (var i = 0; i < controls.length; ++i) {
+            controls[i].visible = false
+            controls[i].parent = null
+            controls[i].destroy()
         }
-        connections = []
         controls = []
     }
 
@@ -44,8 +37,6 @@ Flickable {
     function build(proxies) {
         clear()
         var made = []
-        var wired = []
-        var gridIndex = 0
         for (var i = 0; proxies && i < proxies.length; ++i) {
             var proxy = proxies[i]
             if (!proxy || !proxy.data)
@@ -68,22 +59,24 @@ Flickable {
                 props.height = 30
                 props.leftMargin = gridLeftMargin
                 props.controlSpace = gridControlSpace
-                ++gridIndex
             }
             var control = component.createObject(parentItem, props)
             if (!control)
                 continue
             made.push(control)
-            var handler = messageHandler()
-            proxy.data.messageBox.connect(handler)
-            wired.push({ data: proxy.data, handler: handler })
+            messageRelay.createObject(control, { target: proxy.data })
         }
         controls = made
-        connections = wired
         contentY = 0
     }
-    function messageHandler() {
-        return function(type, text) { root.itemMessage(type, text) }
+
+    // Each control carries the relay of its model's messages; it goes with
+    // the control, and a model deleted first simply stops sending.
+    Component {
+        id: messageRelay
+        Connections {
+            function onMessageBox(nMsgBoxType, strMsg) { root.itemMessage(nMsgBoxType, strMsg) }
+        }
     }
 
     Column {

@@ -28,8 +28,8 @@ Item {
         height: root.height
         verticalAlignment: Text.AlignVCenter
         elide: Text.ElideRight
-        font.pixelSize: 12
-        color: root.enabled ? "#333333" : "#A0A8B3"
+        font.pixelSize: Theme.fontBody
+        color: root.enabled ? Theme.text : Theme.textDisabled
         text: root.pItemData ? DevicesManager.qsLMTr(root.pItemData.displayName) : ""
         MouseArea {
             id: labelHover

@@ -37,7 +37,7 @@ Row {
     Text {
         anchors.verticalCenter: parent.verticalCenter
         text: "-"
-        color: "#333333"
+        color: Theme.text
     }
     LmRangeInputBox {
         id: second

@@ -6,12 +6,12 @@ Item {
     id: root
     property string text
     property bool primary: true
-    property int fontSize: 12
+    property int fontSize: Theme.fontBody
     signal clicked()
 
     implicitWidth: Math.max(80, label.implicitWidth + 24)
     implicitHeight: 28
-    opacity: enabled ? 1.0 : 0.45
+    opacity: enabled ? 1.0 : Theme.disabledButtonOpacity
 
     BorderImage {
         anchors.fill: parent
@@ -23,15 +23,15 @@ Item {
         anchors.fill: parent
         visible: !root.primary
         radius: 4
-        color: area.pressed ? "#E8EEF9" : "#FFFFFF"
-        border.color: area.containsMouse ? "#2F7CF6" : "#C3C9D1"
+        color: area.pressed ? Theme.highlight : Theme.controlBackground
+        border.color: area.containsMouse ? Theme.accent : Theme.controlBorder
     }
     Text {
         id: label
         anchors.centerIn: parent
         text: root.text
         font.pixelSize: root.fontSize
-        color: root.primary ? "#FFFFFF" : "#333333"
+        color: root.primary ? Theme.textOnAccent : Theme.text
     }
     MouseArea {
         id: area

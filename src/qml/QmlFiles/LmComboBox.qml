@@ -10,9 +10,9 @@ Rectangle {
     property int currentIndex: -1
     property bool readOnly: false
     property bool translateItems: true
-    property int fontSize: 12
-    property color textColor: "#333333"
-    property color borderColor: "#C3C9D1"
+    property int fontSize: Theme.fontBody
+    property color textColor: Theme.text
+    property color borderColor: Theme.controlBorder
     property int borderWidth: 1
     property int itemHeight: 26
     readonly property bool popupVisible: popup.visible
@@ -24,17 +24,17 @@ Rectangle {
     implicitWidth: 180
     implicitHeight: 26
     radius: 3
-    color: root.readOnly || !root.enabled ? "#F2F3F5" : "#FFFFFF"
+    color: root.readOnly || !root.enabled ? Theme.controlReadOnly : Theme.controlBackground
     border.width: root.borderWidth
-    border.color: popup.visible || area.containsMouse ? "#2F7CF6" : root.borderColor
-    opacity: enabled ? 1.0 : 0.6
+    border.color: popup.visible || area.containsMouse ? Theme.controlBorderFocus : root.borderColor
+    opacity: enabled ? 1.0 : Theme.disabledBoxOpacity
 
     Text {
         objectName: "comboText"
         anchors { left: parent.left; right: arrow.left; verticalCenter: parent.verticalCenter; leftMargin: 8; rightMargin: 4 }
         elide: Text.ElideRight
         font.pixelSize: root.fontSize
-        color: root.enabled ? root.textColor : "#A0A8B3"
+        color: root.enabled ? root.textColor : Theme.textDisabled
         text: root.translateItems ? DevicesManager.qsLMTr(root.currentText) : root.currentText
     }
     Image {

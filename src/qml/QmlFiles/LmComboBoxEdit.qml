@@ -12,9 +12,9 @@ Rectangle {
     property string currentValue
     property bool readOnly: false
     property bool translateItems: false
-    property int fontSize: 12
-    property color textColor: "#333333"
-    property color borderColor: "#C3C9D1"
+    property int fontSize: Theme.fontBody
+    property color textColor: Theme.text
+    property color borderColor: Theme.controlBorder
     property int borderWidth: 1
     property int itemHeight: 26
     property var validator: null
@@ -26,10 +26,10 @@ Rectangle {
     implicitWidth: 180
     implicitHeight: 26
     radius: 3
-    color: root.readOnly || !root.enabled ? "#F2F3F5" : "#FFFFFF"
+    color: root.readOnly || !root.enabled ? Theme.controlReadOnly : Theme.controlBackground
     border.width: root.borderWidth
-    border.color: popup.visible || input.activeFocus ? "#2F7CF6" : root.borderColor
-    opacity: enabled ? 1.0 : 0.6
+    border.color: popup.visible || input.activeFocus ? Theme.controlBorderFocus : root.borderColor
+    opacity: enabled ? 1.0 : Theme.disabledBoxOpacity
 
     function takeValue(value) {
         if (value === root.currentValue) {
@@ -50,7 +50,7 @@ Rectangle {
         readOnly: root.readOnly
         selectByMouse: true
         font.pixelSize: root.fontSize
-        color: root.enabled ? root.textColor : "#A0A8B3"
+        color: root.enabled ? root.textColor : Theme.textDisabled
         validator: root.validator
         Component.onCompleted: text = root.currentValue
         onEditingFinished: root.takeValue(text)

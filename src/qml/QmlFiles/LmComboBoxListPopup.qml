@@ -23,8 +23,8 @@ Popup {
     height: Math.max(1, Math.min(list.count, maxVisibleItems)) * itemHeight + 2 * padding
 
     background: Rectangle {
-        color: "#FFFFFF"
-        border.color: "#C3C9D1"
+        color: Theme.surface
+        border.color: Theme.popupBorder
         radius: 2
     }
     contentItem: ListView {
@@ -39,15 +39,15 @@ Popup {
         delegate: Rectangle {
             width: list.width
             height: root.itemHeight
-            color: area.containsMouse ? "#E8EEF9" : (index === root.selectedIndex ? "#F2F6FD" : "#FFFFFF")
+            color: area.containsMouse ? Theme.highlight : (index === root.selectedIndex ? Theme.highlightCurrent : Theme.surface)
             Text {
                 anchors.fill: parent
                 anchors.leftMargin: 8
                 anchors.rightMargin: 8
                 verticalAlignment: Text.AlignVCenter
                 elide: Text.ElideRight
-                font.pixelSize: 12
-                color: index === root.selectedIndex ? "#2F7CF6" : "#333333"
+                font.pixelSize: Theme.fontBody
+                color: index === root.selectedIndex ? Theme.accent : Theme.text
                 text: root.translateItems ? DevicesManager.qsLMTr(modelData) : modelData
             }
             MouseArea {

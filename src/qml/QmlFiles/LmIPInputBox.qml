@@ -17,9 +17,9 @@ Rectangle {
     implicitWidth: 4 * singleBoxWidth + 3 * 6
     implicitHeight: singleBoxHeight
     radius: 3
-    color: root.readOnly || !root.enabled ? "#F2F3F5" : "#FFFFFF"
-    border.color: editing ? "#2F7CF6" : "#C3C9D1"
-    opacity: enabled ? 1.0 : 0.6
+    color: root.readOnly || !root.enabled ? Theme.controlReadOnly : Theme.controlBackground
+    border.color: editing ? Theme.controlBorderFocus : Theme.controlBorder
+    opacity: enabled ? 1.0 : Theme.disabledBoxOpacity
 
     readonly property bool editing: parts.count === 4 && parts.itemAt(3) !== null
         && (parts.itemAt(0).fieldFocused || parts.itemAt(1).fieldFocused
@@ -81,8 +81,8 @@ Rectangle {
                     verticalAlignment: TextInput.AlignVCenter
                     readOnly: root.readOnly
                     selectByMouse: true
-                    font.pixelSize: 12
-                    color: root.enabled ? "#333333" : "#A0A8B3"
+                    font.pixelSize: Theme.fontBody
+                    color: root.enabled ? Theme.text : Theme.textDisabled
                     maximumLength: 3
                     validator: RegExpValidator { regExp: /(25[0-5]|2[0-4]\d|1\d\d|[1-9]?\d)?/ }
                     onTextEdited: {
@@ -111,7 +111,7 @@ Rectangle {
                     verticalAlignment: Text.AlignVCenter
                     horizontalAlignment: Text.AlignHCenter
                     text: "."
-                    color: "#333333"
+                    color: Theme.text
                 }
             }
         }

@@ -13,16 +13,16 @@ Rectangle {
     property int numericType: 0 // 0: integer, 1: decimal
     property int decimals: 2
     property bool readOnly: false
-    property int fontSize: 12
-    property color borderColor: "#C3C9D1"
+    property int fontSize: Theme.fontBody
+    property color borderColor: Theme.controlBorder
     signal valueEdited(real value)
 
     implicitWidth: 180
     implicitHeight: 26
     radius: 3
-    color: root.readOnly || !root.enabled ? "#F2F3F5" : "#FFFFFF"
-    border.color: input.activeFocus ? "#2F7CF6" : root.borderColor
-    opacity: enabled ? 1.0 : 0.6
+    color: root.readOnly || !root.enabled ? Theme.controlReadOnly : Theme.controlBackground
+    border.color: input.activeFocus ? Theme.controlBorderFocus : root.borderColor
+    opacity: enabled ? 1.0 : Theme.disabledBoxOpacity
 
     function format(value) {
         return root.numericType === 0 ? String(Math.round(value)) : Number(value).toFixed(root.decimals)
@@ -61,7 +61,7 @@ Rectangle {
         readOnly: root.readOnly
         selectByMouse: true
         font.pixelSize: root.fontSize
-        color: root.enabled ? "#333333" : "#A0A8B3"
+        color: root.enabled ? Theme.text : Theme.textDisabled
         validator: RegExpValidator { regExp: root.numericType === 0 ? /-?\d{0,10}/ : /-?\d{0,10}([.]\d{0,6})?/ }
         Component.onCompleted: text = root.format(root.currentValue)
         onEditingFinished: root.commit(text.length > 0 ? Number(text) : NaN)

@@ -9,7 +9,7 @@ Item {
 
     implicitWidth: 40
     implicitHeight: 20
-    opacity: enabled ? 1.0 : 0.45
+    opacity: enabled ? 1.0 : Theme.disabledButtonOpacity
 
     Image {
         anchors.centerIn: parent

@@ -35,7 +35,7 @@ Window {
     modality: Qt.WindowModal
     x: (Screen.width - width) / 2
     y: (Screen.height - height) / 2
-    color: "#FFFFFF"
+    color: Theme.surface
 
     function finish(acceptedByUser) {
         root.close()
@@ -48,7 +48,7 @@ Window {
     Rectangle {
         anchors.fill: parent
         color: "transparent"
-        border.color: "#C3C9D1"
+        border.color: Theme.popupBorder
     }
     MouseArea {
         objectName: "msgClose"
@@ -76,8 +76,8 @@ Window {
         wrapMode: Text.Wrap
         elide: Text.ElideRight
         maximumLineCount: 4
-        font.pixelSize: 12
-        color: "#333333"
+        font.pixelSize: Theme.fontBody
+        color: Theme.text
         text: root.msgText
     }
     Row {

@@ -36,15 +36,15 @@ DialogFrame {
         height: 28
         verticalAlignment: Text.AlignVCenter
         elide: Text.ElideRight
-        font.pixelSize: 12
-        color: "#333333"
+        font.pixelSize: Theme.fontBody
+        color: Theme.text
         text: DevicesManager.qsLMTr("deviceName")
     }
     Rectangle {
         anchors { left: nameLabel.right; right: parent.right; rightMargin: 20; verticalCenter: nameLabel.verticalCenter }
         height: 28
         radius: 3
-        border.color: nameField.activeFocus ? "#2F7CF6" : "#C3C9D1"
+        border.color: nameField.activeFocus ? Theme.controlBorderFocus : Theme.controlBorder
         TextInput {
             id: nameField
             objectName: "renameField"
@@ -55,8 +55,8 @@ DialogFrame {
             clip: true
             selectByMouse: true
             maximumLength: 64
-            font.pixelSize: 12
-            color: "#333333"
+            font.pixelSize: Theme.fontBody
+            color: Theme.text
             validator: RegExpValidator { regExp: root.profinetName ? /[A-Za-z0-9.\-]*/ : /.*/ }
             onAccepted: root.accept()
         }

@@ -9,8 +9,8 @@ ItemRow {
         anchors.fill: parent
         verticalAlignment: Text.AlignVCenter
         elide: Text.ElideRight
-        font.pixelSize: 12
-        color: "#5B6B7F"
+        font.pixelSize: Theme.fontBody
+        color: Theme.textSecondary
         text: root.pItemData ? root.pItemData.curValue : ""
     }
 }

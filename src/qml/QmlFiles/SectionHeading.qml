@@ -12,15 +12,15 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         width: 3
         height: 14
-        color: "#2F7CF6"
+        color: Theme.accent
     }
     Text {
         objectName: "headingText"
         x: 25
         anchors.verticalCenter: parent.verticalCenter
-        font.pixelSize: 13
+        font.pixelSize: Theme.fontHeading
         font.bold: true
-        color: "#333333"
+        color: Theme.text
         text: root.text
     }
 }

@@ -16,8 +16,8 @@ Column {
         spacing: 12
         Text {
             anchors.verticalCenter: parent.verticalCenter
-            font.pixelSize: 12
-            color: "#333333"
+            font.pixelSize: Theme.fontBody
+            color: Theme.text
             text: DevicesManager.qsLMTr("RunParam_Split Symbol")
         }
         SubscriptionBox {
@@ -31,8 +31,8 @@ Column {
     }
     Text {
         x: 16
-        font.pixelSize: 12
-        color: "#5B6B7F"
+        font.pixelSize: Theme.fontBody
+        color: Theme.textSecondary
         text: DevicesManager.qsLMTr("RunParam_Content")
     }
 }

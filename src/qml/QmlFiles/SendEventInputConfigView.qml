@@ -17,8 +17,8 @@ Column {
         Repeater {
             model: ["Lang_Num", "Lang_Name", "Lang_Type", "Lang_Result", "Multi_BindingDevice", "RunParam_Status"]
             delegate: Text {
-                font.pixelSize: 12
-                color: "#5B6B7F"
+                font.pixelSize: Theme.fontBody
+                color: Theme.textSecondary
                 text: DevicesManager.qsLMTr(modelData)
             }
         }

@@ -5,7 +5,7 @@ import comm.devicesManager 1.0
 Rectangle {
     id: root
     property var events: []
-    color: "#FFFFFF"
+    color: Theme.surface
 
     SectionHeading {
         id: heading
@@ -20,8 +20,8 @@ Rectangle {
             x: 16
             height: 30
             verticalAlignment: Text.AlignVCenter
-            font.pixelSize: 12
-            color: "#333333"
+            font.pixelSize: Theme.fontBody
+            color: Theme.text
             text: modelData
         }
     }

@@ -14,8 +14,8 @@ Column {
         x: 16
         width: root.width - 32
         height: 120
-        color: "#FFFFFF"
-        border.color: "#D9DDE3"
+        color: Theme.surface
+        border.color: Theme.frame
         radius: 3
     }
 }

@@ -5,7 +5,7 @@ import comm.devicesManager 1.0
 // page is kept switched off in the root page; no model drives it yet.
 Rectangle {
     id: root
-    color: "#F5F6F8"
+    color: Theme.page
 
     SendEventListView {
         id: eventList
@@ -16,7 +16,7 @@ Rectangle {
         id: divider
         anchors { left: eventList.right; top: parent.top; bottom: parent.bottom }
         width: 2
-        color: "#e0dfde"
+        color: Theme.divider
     }
     Column {
         anchors { left: divider.right; right: parent.right; top: parent.top }

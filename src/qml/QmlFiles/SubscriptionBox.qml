@@ -9,17 +9,17 @@ Rectangle {
     property string currentText
     property bool readOnly: false
     property int maximumLength: 32767
-    property int fontSize: 12
-    property color textColor: "#333333"
-    property color borderColor: "#C3C9D1"
-    property color focusBorderColor: "#2F7CF6"
+    property int fontSize: Theme.fontBody
+    property color textColor: Theme.text
+    property color borderColor: Theme.controlBorder
+    property color focusBorderColor: Theme.controlBorderFocus
     property int borderWidth: 1
     signal editFinished(string text)
 
     implicitWidth: 180
     implicitHeight: 26
     radius: 3
-    color: root.readOnly || !root.enabled ? "#F2F3F5" : "#FFFFFF"
+    color: root.readOnly || !root.enabled ? Theme.controlReadOnly : Theme.controlBackground
     border.width: root.borderWidth
     border.color: input.activeFocus ? root.focusBorderColor : root.borderColor
 
@@ -35,7 +35,7 @@ Rectangle {
         maximumLength: root.maximumLength
         selectByMouse: true
         font.pixelSize: root.fontSize
-        color: root.enabled ? root.textColor : "#A0A8B3"
+        color: root.enabled ? root.textColor : Theme.textDisabled
         Component.onCompleted: text = root.currentText
         onEditingFinished: {
             if (root.readOnly || text === root.currentText)

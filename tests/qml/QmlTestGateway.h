@@ -1,13 +1,18 @@
 #pragma once
 // The fake gateway as the QML tests see it (singleton "TestGateway" of
 // "test.gateway" 1.0): scripting answers, adding modules, reloading the
-// device list, reading back the calls that the page made and the stored values.
+// device list, reading back the calls that the page made and the stored values;
+// and the heading groups of the shipped device descriptions.
 
+#include "CommPaths.h"
 #include "DevicesManager.h"
 #include "FakeGateway.h"
 
+#include <QFile>
 #include <QObject>
 #include <QString>
+#include <QVariantMap>
+#include <QXmlStreamReader>
 
 class QmlTestGateway : public QObject
 {
@@ -45,6 +50,31 @@ public:
     Q_INVOKABLE QString param(int id, const QString &key) const
     {
         return QString::fromUtf8(gw().param(id, key.toUtf8()));
+    }
+
+    // Every named item of a device type's description: name -> { heading:
+    // whether it is a Category, group: the heading it belongs to (a heading's
+    // own Name, an item's Group attribute, empty without one) }.
+    Q_INVOKABLE QVariantMap descriptionGroups(const QString &type) const
+    {
+        QVariantMap groups;
+        QFile file(CommPaths::modulesDir() + type + QLatin1Char('/') + type + QStringLiteral("AlgorithmTab.xml"));
+        if (!file.open(QIODevice::ReadOnly))
+            return groups;
+        QXmlStreamReader xml(&file);
+        while (!xml.atEnd()) {
+            if (xml.readNext() != QXmlStreamReader::StartElement || xml.name() == QLatin1String("Tab")
+                || xml.name() == QLatin1String("AlgorithmTab"))
+                continue; // the items are the other elements; their children are read by them
+            const QString name = xml.attributes().value(QLatin1String("Name")).toString();
+            const bool heading = xml.name() == QLatin1String("Category");
+            if (!name.isEmpty()) {
+                const QString group = heading ? name : xml.attributes().value(QLatin1String("Group")).toString();
+                groups.insert(name, QVariantMap{{QStringLiteral("heading"), heading}, {QStringLiteral("group"), group}});
+            }
+            xml.skipCurrentElement();
+        }
+        return groups;
     }
 
 private:

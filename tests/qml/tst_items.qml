@@ -184,7 +184,7 @@ Item {
                                                     { pItemData: items[i].data })
             }
             verify(heading !== null)
-            compare(findChild(heading, "categoryText").text, "This Host")
+            compare(findChild(heading, "categoryText").text, "Framing")
             heading.pItemData.partLineVisible = true
             verify(findChild(heading, "partLine").visible)
             heading.pItemData.partLineVisible = false

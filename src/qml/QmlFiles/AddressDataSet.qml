@@ -14,12 +14,12 @@ Rectangle {
     border.color: Theme.frame
     radius: 3
 
-    Text {
+    LmText {
+        objectName: "addressTitle"
         x: 12
         y: 10
         font.pixelSize: Theme.fontHeading
         font.bold: true
-        color: Theme.text
         text: root.pItemData ? DevicesManager.qsLMTr(root.pItemData.displayName) : ""
     }
 }

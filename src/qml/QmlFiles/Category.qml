@@ -20,7 +20,7 @@ Item {
         height: 14
         color: Theme.accent
     }
-    Text {
+    LmText {
         id: heading
         objectName: "categoryText"
         x: root.leftMargin + 9

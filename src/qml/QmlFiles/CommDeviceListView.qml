@@ -49,12 +49,11 @@ Rectangle {
         id: header
         anchors { left: parent.left; right: parent.right; top: parent.top }
         height: 44
-        Text {
+        LmText {
             anchors { left: parent.left; leftMargin: 16; right: createButton.left; rightMargin: 8; verticalCenter: parent.verticalCenter }
             elide: Text.ElideRight
             font.pixelSize: Theme.fontTitle
             font.bold: true
-            color: Theme.text
             text: DevicesManager.qsLMTr("Lang_ComDeviceList")
         }
         MouseArea {
@@ -79,9 +78,8 @@ Rectangle {
                     source: createButton.pressed || createButton.containsMouse
                             ? "qrc:/Images/ic_add_click.png" : "qrc:/Images/ic_add_normal.png"
                 }
-                Text {
+                LmText {
                     anchors.verticalCenter: parent.verticalCenter
-                    font.pixelSize: Theme.fontBody
                     color: createButton.containsMouse ? Theme.accent : Theme.textSecondary
                     text: DevicesManager.qsLMTr("create")
                 }
@@ -131,7 +129,7 @@ Rectangle {
             Column {
                 anchors { left: parent.left; leftMargin: 16; right: connectSwitch.left; rightMargin: 8; verticalCenter: parent.verticalCenter }
                 spacing: 3
-                Text {
+                LmText {
                     objectName: "deviceType"
                     width: parent.width
                     elide: Text.ElideRight
@@ -139,12 +137,11 @@ Rectangle {
                     color: Theme.textCaption
                     text: row.device ? DevicesManager.qsLMTr(row.device.deviceType) : ""
                 }
-                Text {
+                LmText {
                     objectName: "deviceName"
                     width: parent.width
                     elide: Text.ElideRight
                     font.pixelSize: Theme.fontHeading
-                    color: Theme.text
                     text: row.device ? row.device.deviceName : ""
                 }
             }
@@ -203,10 +200,8 @@ Rectangle {
                             root.deleteDevice(contextMenu.device.deviceID)
                     }
                     Rectangle { anchors.fill: parent; color: parent.containsMouse ? Theme.highlight : "transparent" }
-                    Text {
+                    LmText {
                         anchors { left: parent.left; leftMargin: 14; verticalCenter: parent.verticalCenter }
-                        font.pixelSize: Theme.fontBody
-                        color: Theme.text
                         text: DevicesManager.qsLMTr(modelData.key)
                     }
                 }

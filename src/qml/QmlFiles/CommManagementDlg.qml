@@ -52,7 +52,7 @@ DialogFrame {
     }
     onClosed: preview.build([])
 
-    Text {
+    LmText {
         id: typeLabel
         x: 20
         y: 16
@@ -60,8 +60,6 @@ DialogFrame {
         height: 28
         verticalAlignment: Text.AlignVCenter
         elide: Text.ElideRight
-        font.pixelSize: Theme.fontBody
-        color: Theme.text
         text: DevicesManager.qsLMTr("ProtocolType")
     }
     LmComboBox {
@@ -73,15 +71,13 @@ DialogFrame {
         comboBoxListModel: root.typeList
         onSigCurrentSelectItemChanged: root.chooseType(index)
     }
-    Text {
+    LmText {
         id: nameLabel
         anchors { left: typeBox.right; leftMargin: 30; verticalCenter: typeLabel.verticalCenter }
         width: 90
         height: 28
         verticalAlignment: Text.AlignVCenter
         elide: Text.ElideRight
-        font.pixelSize: Theme.fontBody
-        color: Theme.text
         text: DevicesManager.qsLMTr("deviceName")
     }
     Rectangle {

@@ -42,7 +42,7 @@ Rectangle {
                 MainWindow.y += mouse.y - pressPos.y
             }
         }
-        Text {
+        LmText {
             objectName: "titleText"
             anchors { left: parent.left; leftMargin: 12; verticalCenter: parent.verticalCenter }
             font.pixelSize: Theme.fontHeading
@@ -105,12 +105,11 @@ Rectangle {
                             source: "qrc:/Images/ic_" + modelData.icon
                                     + (!tab.enabled ? "_disable.png" : tab.current || tab.pressed ? "_click.png" : "_normal.png")
                         }
-                        Text {
+                        LmText {
                             anchors.horizontalCenter: parent.horizontalCenter
                             width: 88
                             horizontalAlignment: Text.AlignHCenter
                             elide: Text.ElideRight
-                            font.pixelSize: Theme.fontBody
                             color: tab.current ? Theme.navigationTextCurrent : Theme.navigationText
                             text: DevicesManager.qsLMTr(modelData.key)
                         }

@@ -110,14 +110,12 @@ Rectangle {
                     objectName: "recvScrollBar"
                     policy: recvList.count > 8 ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
                 }
-                delegate: Text {
+                delegate: LmText {
                     width: recvList.width - 12
                     height: 20
                     verticalAlignment: Text.AlignVCenter
                     elide: Text.ElideRight
-                    font.pixelSize: Theme.fontBody
                     font.family: Theme.fontMonospace
-                    color: Theme.text
                     text: modelData
                 }
             }

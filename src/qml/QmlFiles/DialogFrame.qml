@@ -21,13 +21,12 @@ Popup {
             id: titleLine
             anchors { left: parent.left; right: parent.right; top: parent.top }
             height: 40
-            Text {
+            LmText {
                 objectName: "dialogTitle"
                 anchors { left: parent.left; leftMargin: 16; right: closeArea.left; verticalCenter: parent.verticalCenter }
                 elide: Text.ElideRight
                 font.pixelSize: Theme.fontTitle
                 font.bold: true
-                color: Theme.text
                 text: root.title
             }
             MouseArea {

@@ -1,5 +1,4 @@
 import QtQuick 2.15
-import QtQuick.Controls 2.15
 import comm.devicesManager 1.0
 
 // Common frame of a parameter item control: the translated name at
@@ -20,7 +19,7 @@ Item {
     visible: pItemData ? pItemData.visibility : true
     enabled: pItemData ? pItemData.enable : true
 
-    Text {
+    LmText {
         id: label
         objectName: "itemLabel"
         x: root.leftMargin
@@ -28,7 +27,6 @@ Item {
         height: root.height
         verticalAlignment: Text.AlignVCenter
         elide: Text.ElideRight
-        font.pixelSize: Theme.fontBody
         color: root.enabled ? Theme.text : Theme.textDisabled
         text: root.pItemData ? DevicesManager.qsLMTr(root.pItemData.displayName) : ""
         MouseArea {
@@ -37,10 +35,13 @@ Item {
             hoverEnabled: true
             acceptedButtons: Qt.NoButton
         }
-        ToolTip.visible: labelHover.containsMouse && root.pItemData !== null
-                         && (label.truncated || root.pItemData.description.length > 0)
-        ToolTip.text: root.pItemData ? (root.pItemData.description.length > 0 ? root.pItemData.description : label.text) : ""
-        ToolTip.delay: 500
+        LmToolTip {
+            objectName: "labelToolTip"
+            visible: labelHover.containsMouse && root.pItemData !== null
+                     && (label.truncated || root.pItemData.description.length > 0)
+            text: root.pItemData ? (root.pItemData.description.length > 0 ? root.pItemData.description : label.text) : ""
+            delay: 500
+        }
     }
     Image {
         id: tip
@@ -53,8 +54,11 @@ Item {
             anchors.fill: parent
             hoverEnabled: true
         }
-        ToolTip.visible: tipHover.containsMouse
-        ToolTip.text: root.messageTip
+        LmToolTip {
+            objectName: "messageToolTip"
+            visible: tipHover.containsMouse
+            text: root.messageTip
+        }
     }
     Item {
         id: holder

@@ -26,7 +26,7 @@ Item {
         color: area.pressed ? Theme.highlight : Theme.controlBackground
         border.color: area.containsMouse ? Theme.accent : Theme.controlBorder
     }
-    Text {
+    LmText {
         id: label
         anchors.centerIn: parent
         text: root.text

@@ -29,7 +29,7 @@ Rectangle {
     border.color: popup.visible || area.containsMouse ? Theme.controlBorderFocus : root.borderColor
     opacity: enabled ? 1.0 : Theme.disabledBoxOpacity
 
-    Text {
+    LmText {
         objectName: "comboText"
         anchors { left: parent.left; right: arrow.left; verticalCenter: parent.verticalCenter; leftMargin: 8; rightMargin: 4 }
         elide: Text.ElideRight

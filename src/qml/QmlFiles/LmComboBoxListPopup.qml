@@ -40,13 +40,12 @@ Popup {
             width: list.width
             height: root.itemHeight
             color: area.containsMouse ? Theme.highlight : (index === root.selectedIndex ? Theme.highlightCurrent : Theme.surface)
-            Text {
+            LmText {
                 anchors.fill: parent
                 anchors.leftMargin: 8
                 anchors.rightMargin: 8
                 verticalAlignment: Text.AlignVCenter
                 elide: Text.ElideRight
-                font.pixelSize: Theme.fontBody
                 color: index === root.selectedIndex ? Theme.accent : Theme.text
                 text: root.translateItems ? DevicesManager.qsLMTr(modelData) : modelData
             }

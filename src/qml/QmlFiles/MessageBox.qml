@@ -68,7 +68,7 @@ Window {
         y: 34
         source: root.iconSource
     }
-    Text {
+    LmText {
         objectName: "msgText"
         anchors { left: icon.right; leftMargin: 14; right: parent.right; rightMargin: 18; top: icon.top }
         height: 60
@@ -76,8 +76,6 @@ Window {
         wrapMode: Text.Wrap
         elide: Text.ElideRight
         maximumLineCount: 4
-        font.pixelSize: Theme.fontBody
-        color: Theme.text
         text: root.msgText
     }
     Row {

@@ -28,7 +28,7 @@ DialogFrame {
         root.nameAccepted(root.deviceId, nameField.text.trim())
     }
 
-    Text {
+    LmText {
         id: nameLabel
         x: 20
         y: 24
@@ -36,8 +36,6 @@ DialogFrame {
         height: 28
         verticalAlignment: Text.AlignVCenter
         elide: Text.ElideRight
-        font.pixelSize: Theme.fontBody
-        color: Theme.text
         text: DevicesManager.qsLMTr("deviceName")
     }
     Rectangle {

@@ -4,12 +4,11 @@ import QtQuick 2.15
 ItemRow {
     id: root
 
-    Text {
+    LmText {
         objectName: "readOnlyValue"
         anchors.fill: parent
         verticalAlignment: Text.AlignVCenter
         elide: Text.ElideRight
-        font.pixelSize: Theme.fontBody
         color: Theme.textSecondary
         text: root.pItemData ? root.pItemData.curValue : ""
     }

@@ -14,13 +14,12 @@ Item {
         height: 14
         color: Theme.accent
     }
-    Text {
+    LmText {
         objectName: "headingText"
         x: 25
         anchors.verticalCenter: parent.verticalCenter
         font.pixelSize: Theme.fontHeading
         font.bold: true
-        color: Theme.text
         text: root.text
     }
 }

@@ -14,10 +14,8 @@ Column {
     Row {
         x: 16
         spacing: 12
-        Text {
+        LmText {
             anchors.verticalCenter: parent.verticalCenter
-            font.pixelSize: Theme.fontBody
-            color: Theme.text
             text: DevicesManager.qsLMTr("RunParam_Split Symbol")
         }
         SubscriptionBox {
@@ -29,9 +27,8 @@ Column {
         width: root.width
         text: DevicesManager.qsLMTr("Tab_Assemble List")
     }
-    Text {
+    LmText {
         x: 16
-        font.pixelSize: Theme.fontBody
         color: Theme.textSecondary
         text: DevicesManager.qsLMTr("RunParam_Content")
     }

@@ -16,8 +16,7 @@ Column {
         spacing: 40
         Repeater {
             model: ["Lang_Num", "Lang_Name", "Lang_Type", "Lang_Result", "Multi_BindingDevice", "RunParam_Status"]
-            delegate: Text {
-                font.pixelSize: Theme.fontBody
+            delegate: LmText {
                 color: Theme.textSecondary
                 text: DevicesManager.qsLMTr(modelData)
             }

@@ -16,12 +16,10 @@ Rectangle {
         anchors { left: parent.left; right: parent.right; top: heading.bottom; bottom: parent.bottom }
         clip: true
         model: root.events
-        delegate: Text {
+        delegate: LmText {
             x: 16
             height: 30
             verticalAlignment: Text.AlignVCenter
-            font.pixelSize: Theme.fontBody
-            color: Theme.text
             text: modelData
         }
     }

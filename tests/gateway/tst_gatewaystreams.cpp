@@ -29,7 +29,7 @@ private slots:
     void localPort_inUseRefused_heldUntilSwitchedOff_data();
     void localPort_inUseRefused_heldUntilSwitchedOff();
     void tcpClient_switchFollowsTheConnection();
-    void udp_bothWays();
+    void udp_bothWays_eachDatagramFramedAlone();
     void serial_overPseudoTerminal();
 
 private:
@@ -195,22 +195,24 @@ void tst_GatewayStreams::tcpClient_switchFollowsTheConnection()
     QCOMPARE(GW_PF_DeleteModule(id), GW_OK);
 }
 
-void tst_GatewayStreams::udp_bothWays()
+void tst_GatewayStreams::udp_bothWays_eachDatagramFramedAlone()
 {
     QUdpSocket peer;
     QVERIFY(peer.bind(QHostAddress(QHostAddress::LocalHost), 0));
     const quint16 devicePort = freePort();
     const int id = add("UdpModule");
     QCOMPARE(setAll(id, {{"LocalIP", "127.0.0.1"}, {"LocalPort", QByteArray::number(devicePort)},
-                         {"TargetPort", QByteArray::number(peer.localPort())}, {"EndChar", ""},
+                         {"TargetPort", QByteArray::number(peer.localPort())}, {"EndChar", "\n"},
                          {"ConnectState", "true"}}),
              GW_OK);
     QCOMPARE(GW_PF_WriteString(id, -1, "to peer"), GW_OK);
     QTRY_VERIFY(peer.hasPendingDatagrams());
     QCOMPARE(peer.receiveDatagram().data(), QByteArray("to peer"));
 
-    peer.writeDatagram("to device", QHostAddress::LocalHost, devicePort);
-    QTRY_COMPARE(m_recorder.frames(id), Frames{"to device"});
+    // A datagram ends its last frame, with or without the end character.
+    for (const char *datagram : {"no end", "one\ntwo", "three\n"})
+        peer.writeDatagram(datagram, QHostAddress::LocalHost, devicePort);
+    QTRY_COMPARE(m_recorder.frames(id), (Frames{"no end", "one\n", "two", "three\n"}));
     QCOMPARE(GW_PF_DeleteModule(id), GW_OK);
 }
 

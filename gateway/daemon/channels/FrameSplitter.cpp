@@ -26,6 +26,14 @@ void FrameSplitter::appendPartial(const char *data, int size)
     m_partial.append(data, size);
 }
 
+void FrameSplitter::flush(QList<QByteArray> &frames)
+{
+    if (!m_discarding && !m_partial.isEmpty())
+        frames.append(m_partial);
+    m_partial.clear();
+    m_discarding = false;
+}
+
 int FrameSplitter::feed(const char *data, int size, QList<QByteArray> &frames)
 {
     const quint64 droppedBefore = m_dropped;

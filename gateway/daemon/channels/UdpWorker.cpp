@@ -47,6 +47,7 @@ void UdpWorker::readPending()
         if (!datagram.isValid())
             break; // a pending error (e.g. ICMP unreachable), not data
         split(m_splitter, datagram.data(), frames);
+        m_splitter.flush(frames);
     }
     emitFrames(frames);
 }

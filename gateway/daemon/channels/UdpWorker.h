@@ -6,8 +6,10 @@
 
 class QUdpSocket;
 
-// Binds "LocalIP":"LocalPort" and sends to "TargetIP":"TargetPort". Received
-// datagrams go through the frame splitter like a stream.
+// Binds "LocalIP":"LocalPort" and sends to "TargetIP":"TargetPort". Each
+// received datagram is framed on its own: it is cut at the end sequence, and
+// its end closes its last frame, so a datagram without the end sequence is
+// one frame and never joined to the next.
 class UdpWorker : public StreamWorker
 {
     Q_OBJECT

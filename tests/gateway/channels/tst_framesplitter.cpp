@@ -17,9 +17,11 @@ void tst_FrameSplitter::feed_data()
     QTest::addColumn<QList<QByteArray>>("reads");
     QTest::addColumn<QList<QByteArray>>("frames");
     QTest::addColumn<int>("dropped");
+    QTest::addColumn<bool>("readIsMessage"); // each read ends with a boundary (a datagram)
     using L = QList<QByteArray>;
-    auto row = [](const char *name, const char *endChar, int maxFrame, const L &reads, const L &frames, int dropped) {
-        QTest::newRow(name) << QByteArray(endChar) << maxFrame << reads << frames << dropped;
+    auto row = [](const char *name, const char *endChar, int maxFrame, const L &reads, const L &frames, int dropped,
+                  bool readIsMessage = false) {
+        QTest::newRow(name) << QByteArray(endChar) << maxFrame << reads << frames << dropped << readIsMessage;
     };
     row("CR LF lines in one read", "\r\n", 64, {"a\r\nbc\r\n"}, {"a\r\n", "bc\r\n"}, 0);
     row("frame over many reads", "\r\n", 64, {"he", "llo", " world\r\n"}, {"hello world\r\n"}, 0);
@@ -37,6 +39,10 @@ void tst_FrameSplitter::feed_data()
     row("two over-long runs", "\n", 4, {"abcdefg\nhijklmn\nok\n"}, {"ok\n"}, 2);
     row("no end char, read of exactly the limit", "", 4, {"abcd"}, {"abcd"}, 0);
     row("empty read", "\n", 8, {""}, {}, 0);
+    row("message without end is a frame of its own", "\r\n", 64, {"ab", "c\r\nd", "e\r\n"},
+        {"ab", "c\r\n", "d", "e\r\n"}, 0, true);
+    row("end split across messages is not joined", "\r\n", 64, {"a\r", "\nb"}, {"a\r", "\nb"}, 0, true);
+    row("over-long message stays dropped", "\n", 4, {"abcdefg", "x\n"}, {"x\n"}, 1, true);
 }
 
 void tst_FrameSplitter::feed()
@@ -46,10 +52,14 @@ void tst_FrameSplitter::feed()
     QFETCH(QList<QByteArray>, reads);
     QFETCH(QList<QByteArray>, frames);
     QFETCH(int, dropped);
+    QFETCH(bool, readIsMessage);
     FrameSplitter splitter(endChar, maxFrame);
     QList<QByteArray> got;
-    for (const QByteArray &read : reads)
+    for (const QByteArray &read : reads) {
         splitter.feed(read.constData(), read.size(), got);
+        if (readIsMessage)
+            splitter.flush(got);
+    }
     QCOMPARE(got, frames);
     QCOMPARE(int(splitter.dropped()), dropped);
     QVERIFY(splitter.pending() <= maxFrame);

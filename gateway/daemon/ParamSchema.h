@@ -5,7 +5,9 @@
 #include <QMap>
 
 // The fixed parameter set of a module type (or of a fieldbus address):
-// every key with its default and the rule its text value must follow.
+// every key with its default and the rule its text value must follow. This
+// is the one place of these rules: a value is checked here before it is
+// stored, and the devices only convert what they are given (ParamReader).
 class ParamSchema
 {
 public:

@@ -1,53 +1,30 @@
 #include "SerialWorker.h"
 
 #include "GwErrorCodes.h"
+#include "ParamReader.h"
 
 #include <QSerialPort>
-#include <algorithm>
-
-namespace {
-struct LineSettings {
-    int baudRate = 9600;
-    int dataBits = 8;
-    int parity = 0;
-    int stopBits = 1;
-    int flowControl = 0;
-};
-
-bool oneOf(int value, std::initializer_list<int> allowed)
-{
-    return std::find(allowed.begin(), allowed.end(), value) != allowed.end();
-}
-
-// The line settings as QSerialPort's codes; false for a value it has no code for.
-bool readSettings(const StreamChannel::Params &params, LineSettings &s)
-{
-    const auto intParam = &StreamWorker::intParam;
-    return intParam(params, "BaudRate", 9600, 1, 100000000, s.baudRate)
-        && intParam(params, "DataBits", 8, 5, 8, s.dataBits) && intParam(params, "Parity", 0, 0, 5, s.parity)
-        && oneOf(s.parity, {QSerialPort::NoParity, QSerialPort::EvenParity, QSerialPort::OddParity,
-                            QSerialPort::SpaceParity, QSerialPort::MarkParity})
-        && intParam(params, "StopBits", 1, 1, 3, s.stopBits) && intParam(params, "FlowControl", 0, 0, 2, s.flowControl);
-}
-} // namespace
 
 quint32 SerialWorker::open(const StreamChannel::Params &params)
 {
     close();
-    const QString name = QString::fromUtf8(params.value("PortName")).trimmed();
-    LineSettings line;
-    if (name.isEmpty() || !readSettings(params, line))
+    // The line settings are QSerialPort's own codes.
+    ParamReader in(params);
+    const QString name = QString::fromUtf8(in.text("PortName")).trimmed();
+    const int baudRate = in.integer("BaudRate");
+    const auto dataBits = QSerialPort::DataBits(in.integer("DataBits"));
+    const auto parity = QSerialPort::Parity(in.integer("Parity"));
+    const auto stopBits = QSerialPort::StopBits(in.integer("StopBits"));
+    const auto flowControl = QSerialPort::FlowControl(in.integer("FlowControl"));
+    m_splitter = FrameSplitter(in.text("EndChar"));
+    if (!in.ok() || name.isEmpty()) // no port chosen yet
         return GW_ERR_INVALID_VALUE;
-    m_splitter = FrameSplitter(params.value("EndChar"));
     m_port = new QSerialPort(this);
     m_port->setPortName(name);
     // Applied after opening so that a setting the device refuses is reported.
     const bool opened = m_port->open(QIODevice::ReadWrite);
-    const bool settingsOk = opened && m_port->setBaudRate(line.baudRate)
-        && m_port->setDataBits(QSerialPort::DataBits(line.dataBits))
-        && m_port->setParity(QSerialPort::Parity(line.parity))
-        && m_port->setStopBits(QSerialPort::StopBits(line.stopBits))
-        && m_port->setFlowControl(QSerialPort::FlowControl(line.flowControl));
+    const bool settingsOk = opened && m_port->setBaudRate(baudRate) && m_port->setDataBits(dataBits)
+        && m_port->setParity(parity) && m_port->setStopBits(stopBits) && m_port->setFlowControl(flowControl);
     if (!settingsOk) {
         emit logLine(QStringLiteral("cannot open serial port %1: %2").arg(name, m_port->errorString()));
         delete m_port; // closes it if it was opened

@@ -39,9 +39,12 @@ public:
     explicit StreamChannel(QObject *parent = nullptr) : QObject(parent) {}
     ~StreamChannel() override = default;
 
-    // Opens with the module's validated parameters. May block briefly (bind,
-    // open a port), never on a peer. GW_OK, or GW_ERR_PORT_IN_USE /
-    // GW_ERR_OPEN_FAILED / GW_ERR_INVALID_VALUE with nothing left open.
+    // Opens with the module's parameters: every key of its type's
+    // ParamSchema, each value checked by it (ParamReader says why the
+    // channel checks no rule of its own). May block briefly (bind, open a
+    // port), never on a peer. GW_OK, or GW_ERR_PORT_IN_USE /
+    // GW_ERR_OPEN_FAILED / GW_ERR_INVALID_VALUE (a key missing, no serial
+    // port named) with nothing left open.
     virtual quint32 open(const Params &params) = 0;
     // Closes everything and stops retries; idempotent; emits nothing.
     virtual void close() = 0;

@@ -48,36 +48,3 @@ void StreamWorker::split(FrameSplitter &splitter, const QByteArray &bytes, QList
                          .arg(total));
     }
 }
-
-bool StreamWorker::intParam(const StreamChannel::Params &params, const char *key, int fallback, int min, int max,
-                            int &out)
-{
-    const auto it = params.constFind(key);
-    if (it == params.constEnd()) {
-        out = fallback;
-        return true;
-    }
-    bool ok = false;
-    out = it.value().trimmed().toInt(&ok);
-    return ok && out >= min && out <= max;
-}
-
-bool StreamWorker::ipv4Param(const StreamChannel::Params &params, const char *key, const char *fallback,
-                             QHostAddress &out)
-{
-    // Only the canonical dotted quad: QHostAddress would also take "1.2.3".
-    const QString text = QString::fromLatin1(params.value(key, fallback).trimmed());
-    return out.setAddress(text) && out.protocol() == QAbstractSocket::IPv4Protocol && out.toString() == text;
-}
-
-bool StreamWorker::boolParam(const StreamChannel::Params &params, const char *key, bool fallback, bool &out)
-{
-    const auto it = params.constFind(key);
-    if (it == params.constEnd()) {
-        out = fallback;
-        return true;
-    }
-    const QByteArray text = it.value().trimmed().toLower();
-    out = text == "true";
-    return out || text == "false";
-}

@@ -4,9 +4,10 @@
 #include "FrameSplitter.h"
 #include "StreamChannel.h"
 
-#include <QHostAddress>
 #include <QObject>
 #include <memory>
+
+class QIODevice;
 
 // The part of a stream channel that lives in the channel's thread and owns
 // its sockets or port. Subclasses do one kind of device.
@@ -26,14 +27,6 @@ public:
     // What a socket or port buffers on our side; beyond it the bytes stay in
     // the kernel while reading is held.
     static constexpr qint64 kReadBufferSize = 256 * 1024;
-
-    // Parameter readers: a missing key gives the fallback, a present one must
-    // parse and lie in range, else false (the caller refuses the open).
-    static bool intParam(const StreamChannel::Params &params, const char *key, int fallback, int min, int max,
-                         int &out);
-    static bool ipv4Param(const StreamChannel::Params &params, const char *key, const char *fallback,
-                          QHostAddress &out);
-    static bool boolParam(const StreamChannel::Params &params, const char *key, bool fallback, bool &out);
 
 signals:
     void linkUp();

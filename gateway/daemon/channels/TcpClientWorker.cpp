@@ -1,6 +1,7 @@
 #include "TcpClientWorker.h"
 
 #include "GwErrorCodes.h"
+#include "ParamReader.h"
 
 #include <QTcpSocket>
 #include <QTimer>
@@ -14,18 +15,14 @@ constexpr int kConnectTimeoutMs = 3000;
 quint32 TcpClientWorker::open(const StreamChannel::Params &params)
 {
     close();
-    int port = 0;
-    int interval = 0;
-    bool autoReconnect = true;
-    QHostAddress target;
-    if (!ipv4Param(params, "TargetIP", "", target) || !intParam(params, "TargetPort", 0, 1, 65535, port)
-        || !intParam(params, "ReconnectInterval", 3000, 100, 24 * 3600 * 1000, interval)
-        || !boolParam(params, "AutoReconnect", true, autoReconnect))
+    ParamReader in(params);
+    m_target = in.ipv4("TargetIP");
+    m_port = in.port("TargetPort");
+    const int interval = in.integer("ReconnectInterval");
+    m_autoReconnect = in.boolean("AutoReconnect");
+    m_endChar = in.text("EndChar");
+    if (!in.ok())
         return GW_ERR_INVALID_VALUE;
-    m_target = target;
-    m_port = quint16(port);
-    m_autoReconnect = autoReconnect;
-    m_endChar = params.value("EndChar");
     m_splitter = FrameSplitter(m_endChar);
     createSocket();
     m_retry->setInterval(interval);

@@ -3,6 +3,7 @@
 #include "StreamWorker.h"
 
 #include <QElapsedTimer>
+#include <QHostAddress>
 
 class QTcpSocket;
 class QTimer;

@@ -1,6 +1,7 @@
 #include "TcpServerWorker.h"
 
 #include "GwErrorCodes.h"
+#include "ParamReader.h"
 
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -8,16 +9,15 @@
 quint32 TcpServerWorker::open(const StreamChannel::Params &params)
 {
     close();
-    QHostAddress local;
-    int port = 0;
-    int maxConnections = 0;
-    if (!ipv4Param(params, "LocalIP", "0.0.0.0", local) || !intParam(params, "LocalPort", 0, 1, 65535, port)
-        || !intParam(params, "MaxConnections", 8, 1, 64, maxConnections))
+    ParamReader in(params);
+    const QHostAddress local = in.ipv4("LocalIP");
+    const quint16 port = in.port("LocalPort");
+    m_maxConnections = in.integer("MaxConnections");
+    m_endChar = in.text("EndChar");
+    if (!in.ok())
         return GW_ERR_INVALID_VALUE;
-    m_endChar = params.value("EndChar");
-    m_maxConnections = maxConnections;
     m_server = new QTcpServer(this);
-    if (!m_server->listen(local, quint16(port))) {
+    if (!m_server->listen(local, port)) {
         const bool inUse = m_server->serverError() == QAbstractSocket::AddressInUseError;
         emit logLine(QStringLiteral("cannot listen on %1:%2: %3").arg(local.toString()).arg(port).arg(m_server->errorString()));
         delete m_server;
@@ -26,7 +26,7 @@ quint32 TcpServerWorker::open(const StreamChannel::Params &params)
     }
     connect(m_server, &QTcpServer::newConnection, this, &TcpServerWorker::onNewConnection);
     connect(m_server, &QTcpServer::acceptError, this, &TcpServerWorker::onAcceptError);
-    state().reservedPort = quint16(port);
+    state().reservedPort = port;
     state().open = true;
     state().connectState = true;
     emit linkUp();

@@ -1,6 +1,7 @@
 #include "UdpWorker.h"
 
 #include "GwErrorCodes.h"
+#include "ParamReader.h"
 
 #include <QNetworkDatagram>
 #include <QUdpSocket>
@@ -8,18 +9,16 @@
 quint32 UdpWorker::open(const StreamChannel::Params &params)
 {
     close();
-    QHostAddress local;
-    QHostAddress target;
-    int port = 0;
-    int targetPort = 0;
-    if (!ipv4Param(params, "LocalIP", "0.0.0.0", local) || !intParam(params, "LocalPort", 0, 1, 65535, port)
-        || !ipv4Param(params, "TargetIP", "", target) || !intParam(params, "TargetPort", 0, 1, 65535, targetPort))
+    ParamReader in(params);
+    const QHostAddress local = in.ipv4("LocalIP");
+    const quint16 port = in.port("LocalPort");
+    m_target = in.ipv4("TargetIP");
+    m_targetPort = in.port("TargetPort");
+    m_splitter = FrameSplitter(in.text("EndChar"));
+    if (!in.ok())
         return GW_ERR_INVALID_VALUE;
-    m_target = target;
-    m_targetPort = quint16(targetPort);
-    m_splitter = FrameSplitter(params.value("EndChar"));
     m_socket = new QUdpSocket(this);
-    if (!m_socket->bind(local, quint16(port), QAbstractSocket::DontShareAddress)) {
+    if (!m_socket->bind(local, port, QAbstractSocket::DontShareAddress)) {
         const bool inUse = m_socket->error() == QAbstractSocket::AddressInUseError;
         emit logLine(QStringLiteral("cannot bind %1:%2: %3").arg(local.toString()).arg(port).arg(m_socket->errorString()));
         delete m_socket;
@@ -27,7 +26,7 @@ quint32 UdpWorker::open(const StreamChannel::Params &params)
         return inUse ? GW_ERR_PORT_IN_USE : GW_ERR_OPEN_FAILED;
     }
     connect(m_socket, &QUdpSocket::readyRead, this, &UdpWorker::readPending);
-    state().reservedPort = quint16(port);
+    state().reservedPort = port;
     state().open = true;
     state().connectState = true;
     state().canSend = true;

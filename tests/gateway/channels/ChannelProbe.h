@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ParamSchema.h"
 #include "StreamChannel.h"
 
 #include <QHostAddress>
@@ -77,6 +78,16 @@ private:
     qint64 m_owed = 0;
     bool m_taking = true;
 };
+
+// What the daemon opens a device of `type` with: the defaults of its
+// ParamSchema, with `changes` written over them.
+inline StreamChannel::Params channelParams(const QByteArray &type, const StreamChannel::Params &changes)
+{
+    StreamChannel::Params params = ParamSchema::forModuleType(type)->defaults();
+    for (auto it = changes.cbegin(); it != changes.cend(); ++it)
+        params.insert(it.key(), it.value());
+    return params;
+}
 
 // A loopback port nobody holds right now.
 inline quint16 freeTcpPort()

@@ -1,5 +1,6 @@
-// The channels on their own: what the daemon cannot reach (their own checks
-// of the parameters) and flow control. Through the daemon, tst_gatewaystreams
+// The channels on their own: devices that cannot be opened, parameters the
+// daemon never leaves out, and flow control. The rules of the values are
+// ParamSchema's (tst_paramschema); through the daemon, tst_gatewaystreams
 // covers peers, ports and the switch rule.
 #include "ChannelProbe.h"
 #include "GwErrorCodes.h"
@@ -30,38 +31,38 @@ void tst_StreamChannels::open_refused_data()
     QTest::addColumn<Params>("params");
     QTest::addColumn<quint32>("code");
     const QByteArray port = QByteArray::number(freeTcpPort());
-    const Params client{{"TargetIP", "127.0.0.1"}, {"TargetPort", port}, {"ReconnectInterval", "100"}};
+    const Params client{{"TargetPort", port}, {"ReconnectInterval", "100"}};
     const QMap<QByteArray, Params> usable{
-        {"TcpServerModule", {{"LocalIP", "127.0.0.1"}, {"LocalPort", port}, {"MaxConnections", "4"}}},
+        {"TcpServerModule", {{"LocalIP", "127.0.0.1"}, {"LocalPort", port}}},
         {"TcpClientModule", client},
         {"InsightModule", client},
-        {"UdpModule", {{"LocalIP", "127.0.0.1"}, {"LocalPort", port}, {"TargetIP", "127.0.0.1"}, {"TargetPort", port}}},
-        {"SerialModule", {{"PortName", "/dev/null"}, {"BaudRate", "9600"}, {"DataBits", "8"}}}};
-    // The parameters of the type with one value changed.
+        {"UdpModule", {{"LocalIP", "127.0.0.1"}, {"LocalPort", port}, {"TargetPort", port}}},
+        {"SerialModule", {{"PortName", "/dev/null"}}}};
+    // What the daemon would pass for the type, with one value changed or,
+    // when `value` is null, one key left out.
     auto row = [&](const char *name, const QByteArray &type, const QByteArray &key, const QByteArray &value,
                    quint32 code) {
-        Params params = usable.value(type);
-        params[key] = value;
+        Params params = channelParams(type, usable.value(type));
+        if (value.isNull())
+            params.remove(key);
+        else
+            params[key] = value;
         QTest::newRow(name) << type << params << code;
     };
-    row("server port 0", "TcpServerModule", "LocalPort", "0", GW_ERR_INVALID_VALUE);
-    row("server no connections", "TcpServerModule", "MaxConnections", "0", GW_ERR_INVALID_VALUE);
-    row("server IPv6", "TcpServerModule", "LocalIP", "::1", GW_ERR_INVALID_VALUE);
+    const QByteArray leftOut;
     row("server address not of this host", "TcpServerModule", "LocalIP", "192.0.2.1", GW_ERR_OPEN_FAILED);
-    row("client no target", "TcpClientModule", "TargetIP", "", GW_ERR_INVALID_VALUE);
-    row("client interval too short", "TcpClientModule", "ReconnectInterval", "99", GW_ERR_INVALID_VALUE);
-    row("client reconnect not a bool", "InsightModule", "AutoReconnect", "sometimes", GW_ERR_INVALID_VALUE);
-    row("udp target port 0", "UdpModule", "TargetPort", "0", GW_ERR_INVALID_VALUE);
-    row("udp target IP short", "UdpModule", "TargetIP", "1.2.3", GW_ERR_INVALID_VALUE);
+    row("server without its port", "TcpServerModule", "LocalPort", leftOut, GW_ERR_INVALID_VALUE);
+    row("client without its end char", "TcpClientModule", "EndChar", leftOut, GW_ERR_INVALID_VALUE);
+    row("client without reconnecting", "InsightModule", "AutoReconnect", leftOut, GW_ERR_INVALID_VALUE);
     row("udp address not of this host", "UdpModule", "LocalIP", "192.0.2.1", GW_ERR_OPEN_FAILED);
-    row("serial no name", "SerialModule", "PortName", "", GW_ERR_INVALID_VALUE);
-    row("serial nine data bits", "SerialModule", "DataBits", "9", GW_ERR_INVALID_VALUE);
-    row("serial parity code 1", "SerialModule", "Parity", "1", GW_ERR_INVALID_VALUE);
-    row("serial flow control 3", "SerialModule", "FlowControl", "3", GW_ERR_INVALID_VALUE);
+    row("udp without its target", "UdpModule", "TargetIP", leftOut, GW_ERR_INVALID_VALUE);
+    row("serial no port chosen", "SerialModule", "PortName", "", GW_ERR_INVALID_VALUE);
     row("serial missing device", "SerialModule", "PortName", "/dev/no-such-tty-here", GW_ERR_OPEN_FAILED);
+    row("serial without its stop bits", "SerialModule", "StopBits", leftOut, GW_ERR_INVALID_VALUE);
 }
 
-// Bad values and unusable devices are refused with nothing left open.
+// Unusable devices, and parameters that bypassed the schema, are refused
+// with nothing left open.
 void tst_StreamChannels::open_refused()
 {
     QFETCH(QByteArray, type);
@@ -92,7 +93,8 @@ void tst_StreamChannels::server_heldInput_resumesWithoutLoss()
     const quint16 port = freeTcpPort();
     ChannelPtr channel(StreamChannel::create("TcpServerModule"));
     ChannelProbe probe(channel.get());
-    const Params params{{"LocalIP", "127.0.0.1"}, {"LocalPort", QByteArray::number(port)}, {"EndChar", ""}};
+    const Params params = channelParams(
+        "TcpServerModule", {{"LocalIP", "127.0.0.1"}, {"LocalPort", QByteArray::number(port)}, {"EndChar", ""}});
     QCOMPARE(channel->open(params), GW_OK);
     QTcpSocket peer;
     peer.connectToHost(QHostAddress::LocalHost, port);

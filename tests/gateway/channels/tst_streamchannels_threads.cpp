@@ -48,7 +48,9 @@ void tst_StreamChannelsThreads::writeFromThreads_whilePeerStreams()
     const quint16 port = freeTcpPort();
     std::unique_ptr<StreamChannel> channel(StreamChannel::create("TcpServerModule"));
     ChannelProbe probe(channel.get());
-    QCOMPARE(channel->open({{"LocalIP", "127.0.0.1"}, {"LocalPort", QByteArray::number(port)}, {"EndChar", "\n"}}),
+    QCOMPARE(channel->open(channelParams("TcpServerModule", {{"LocalIP", "127.0.0.1"},
+                                                             {"LocalPort", QByteArray::number(port)},
+                                                             {"EndChar", "\n"}})),
              GW_OK);
     QTcpSocket peer;
     peer.connectToHost(QHostAddress::LocalHost, port);

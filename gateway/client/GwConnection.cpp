@@ -163,7 +163,7 @@ GwConnection::Reply GwConnection::call(std::string frame)
             m_nextSeq = 1;
         m_waiters[seq] = &waiter;
     }
-    std::memcpy(&frame[4], &seq, sizeof(seq));
+    gwSetFrameSeq(frame, seq);
     struct CallScope {
         GwConnection &c;
         explicit CallScope(GwConnection &conn) : c(conn)

@@ -2,12 +2,10 @@
 
 #include "GatewayService.h"
 #include "GwErrorCodes.h"
-#include "GwFrame.h"
 #include "GwOp.h"
+#include "GwReplyWriter.h"
 #include "GwWireReader.h"
 #include "GwWireWriter.h"
-
-#include <cstring>
 
 namespace {
 QByteArray toBytes(std::string_view view)
@@ -52,60 +50,47 @@ QList<QPair<QByteArray, QByteArray>> readPairs(GwWireReader &in)
 }
 } // namespace
 
-RequestHandler::Handler RequestHandler::handlerFor(uint16_t op)
+// Which handler answers each operation, by name. A case left out would be
+// an operation answered GW_ERR_PROTOCOL; -Werror=switch refuses to build it.
+RequestHandler::Handler RequestHandler::handlerFor(GwOp op)
 {
-    static const Handler table[] = {
-        nullptr,
-        &RequestHandler::hello,
-        &RequestHandler::getAllModules,
-        &RequestHandler::addModule,
-        &RequestHandler::deleteModule,
-        &RequestHandler::updateModule,
-        &RequestHandler::getParams,
-        &RequestHandler::setParams,
-        &RequestHandler::getParams, // GetAllParam: the same answer, keys or all
-        &RequestHandler::getAddresses,
-        &RequestHandler::addAddress,
-        &RequestHandler::deleteAddress,
-        &RequestHandler::validateAddress,
-        &RequestHandler::readData,
-        &RequestHandler::writeInt,
-        &RequestHandler::writeFloat,
-        &RequestHandler::writeString,
-        &RequestHandler::localIpList,
-        &RequestHandler::serialList,
-        &RequestHandler::reservedPorts,
-        &RequestHandler::plcWrite,
-        &RequestHandler::plcRead,
-    };
-    static_assert(sizeof(table) / sizeof(table[0]) == kGwOpLast + 1, "one handler per operation");
-    return op <= kGwOpLast ? table[op] : nullptr;
+    switch (op) {
+    case GwOp::Hello: return &RequestHandler::hello;
+    case GwOp::GetAllModules: return &RequestHandler::getAllModules;
+    case GwOp::AddModule: return &RequestHandler::addModule;
+    case GwOp::DeleteModule: return &RequestHandler::deleteModule;
+    case GwOp::UpdateModule: return &RequestHandler::updateModule;
+    case GwOp::GetModuleParam: return &RequestHandler::getParams;
+    case GwOp::SetModuleParam: return &RequestHandler::setParams;
+    case GwOp::GetAllParam: return &RequestHandler::getParams; // the same answer, keys or all
+    case GwOp::GetAddresses: return &RequestHandler::getAddresses;
+    case GwOp::AddAddress: return &RequestHandler::addAddress;
+    case GwOp::DeleteAddress: return &RequestHandler::deleteAddress;
+    case GwOp::ValidateAddress: return &RequestHandler::validateAddress;
+    case GwOp::ReadData: return &RequestHandler::readData;
+    case GwOp::WriteInt: return &RequestHandler::writeInt;
+    case GwOp::WriteFloat: return &RequestHandler::writeFloat;
+    case GwOp::WriteString: return &RequestHandler::writeString;
+    case GwOp::GetLocalIpList: return &RequestHandler::localIpList;
+    case GwOp::GetSerialList: return &RequestHandler::serialList;
+    case GwOp::GetReservedPorts: return &RequestHandler::reservedPorts;
+    case GwOp::PlcWrite: return &RequestHandler::plcWrite;
+    case GwOp::PlcRead: return &RequestHandler::plcRead;
+    }
+    return nullptr; // a number this protocol version does not define
 }
 
 std::string RequestHandler::handle(uint32_t seq, std::string_view payload)
 {
     GwWireReader in(payload);
-    const uint16_t op = in.u16();
-    const Handler handler = in.ok() ? handlerFor(op) : nullptr;
-    GwWireWriter answer(GwFrameKind::Reply, seq);
+    const Handler handler = handlerFor(GwOp(in.u16()));
+    GwReplyWriter reply(seq);
     uint32_t code = GW_ERR_PROTOCOL;
-    if (handler)
-        code = (this->*handler)(in, answer);
-    if (code == GW_ERR_PROTOCOL || !in.done()) {
-        GwWireWriter refused(GwFrameKind::Reply, seq);
-        refused.u32(GW_ERR_PROTOCOL);
-        return refused.finish();
-    }
-    // The code goes first: rebuild with it in front of the answer fields.
-    GwWireWriter reply(GwFrameKind::Reply, seq);
-    reply.u32(code);
-    std::string frame = reply.finish();
-    std::string fields = answer.finish();
-    if (code == GW_OK || code == GW_ERR_PENDING_REOPEN)
-        frame.append(fields, kGwHeaderSize, std::string::npos);
-    const uint32_t length = uint32_t(frame.size() - kGwHeaderSize);
-    std::memcpy(&frame[8], &length, sizeof(length));
-    return frame;
+    if (in.ok() && handler)
+        code = (this->*handler)(in, reply.answer());
+    if (!in.done())
+        code = GW_ERR_PROTOCOL;
+    return reply.finish(code);
 }
 
 uint32_t RequestHandler::hello(GwWireReader &in, GwWireWriter &)

@@ -1,16 +1,21 @@
 #pragma once
 
 #include <QByteArray>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
+enum class GwOp : uint16_t;
 class GatewayService;
 class GwWireReader;
 class GwWireWriter;
 
 // Turns one request payload into one reply frame: decodes the operation's
 // fields, calls the service and encodes the code and the answer. A payload
-// that does not decode exactly is answered GW_ERR_PROTOCOL.
+// that does not decode exactly is answered GW_ERR_PROTOCOL. Each operation
+// has a handler that reads its fields from `in`, writes its answer fields to
+// `out` and returns the code; whether the answer goes out with the code is
+// the reply's rule (GwReplyWriter), not the handler's.
 class RequestHandler
 {
 public:
@@ -20,7 +25,7 @@ public:
 
 private:
     using Handler = uint32_t (RequestHandler::*)(GwWireReader &, GwWireWriter &);
-    static Handler handlerFor(uint16_t op);
+    static Handler handlerFor(GwOp op);
 
     uint32_t hello(GwWireReader &in, GwWireWriter &out);
     uint32_t getAllModules(GwWireReader &in, GwWireWriter &out);

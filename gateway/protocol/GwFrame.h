@@ -17,6 +17,9 @@ constexpr uint8_t kGwMagic0 = 'G';
 constexpr uint8_t kGwMagic1 = 'W';
 constexpr uint8_t kGwProtocolVersion = 1;
 constexpr size_t kGwHeaderSize = 12;
+// The header's u32 fields; bytes 0 to 3 are the magic, the version and the kind.
+constexpr size_t kGwSeqOffset = 4;
+constexpr size_t kGwLengthOffset = 8;
 // Large enough for a full parameter list (128 entries) and a 64 KiB frame of
 // received data; anything larger is a broken or hostile peer.
 constexpr uint32_t kGwMaxPayload = 1024 * 1024;
@@ -29,3 +32,6 @@ struct GwFrame {
 
 // True for the kinds this protocol version defines.
 bool gwIsKnownFrameKind(uint8_t kind);
+// Numbers an encoded frame (of at least kGwHeaderSize bytes): a client
+// builds a request first and gives it its sequence number when it sends it.
+void gwSetFrameSeq(std::string &frame, uint32_t seq);

@@ -47,13 +47,13 @@ GwFrameDecoder::Status GwFrameDecoder::next(GwFrame &frame)
         return fail("unsupported protocol version " + std::to_string(uint8_t(h[2])));
     if (!gwIsKnownFrameKind(uint8_t(h[3])))
         return fail("unknown frame kind " + std::to_string(uint8_t(h[3])));
-    const uint32_t length = readU32(h + 8);
+    const uint32_t length = readU32(h + kGwLengthOffset);
     if (length > kGwMaxPayload)
         return fail("frame of " + std::to_string(length) + " bytes exceeds the limit");
     if (pending() < kGwHeaderSize + length)
         return Status::NeedMore;
     frame.kind = GwFrameKind(uint8_t(h[3]));
-    frame.seq = readU32(h + 4);
+    frame.seq = readU32(h + kGwSeqOffset);
     frame.payload.assign(h + kGwHeaderSize, length);
     m_offset += kGwHeaderSize + length;
     return Status::Frame;

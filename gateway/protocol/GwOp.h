@@ -27,5 +27,3 @@ enum class GwOp : uint16_t {
     PlcWrite = 20, // the PLC side of a simulated fieldbus: set a read address's bytes
     PlcRead = 21,  // the PLC side: the bytes of a write address
 };
-
-constexpr uint16_t kGwOpLast = uint16_t(GwOp::PlcRead);

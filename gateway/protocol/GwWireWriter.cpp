@@ -17,7 +17,7 @@ GwWireWriter::GwWireWriter(GwFrameKind kind, uint32_t seq, std::string &&buffer)
     header[1] = char(kGwMagic1);
     header[2] = char(kGwProtocolVersion);
     header[3] = char(kind);
-    std::memcpy(header + 4, &seq, sizeof(seq));
+    putU32(kGwSeqOffset, seq);
 }
 
 GwWireWriter &GwWireWriter::u16(uint16_t value)
@@ -47,7 +47,17 @@ GwWireWriter &GwWireWriter::bytes(std::string_view value)
 
 std::string GwWireWriter::finish()
 {
-    const uint32_t length = uint32_t(payloadSize());
-    std::memcpy(&m_frame[m_start + 8], &length, sizeof(length));
+    putU32(kGwLengthOffset, uint32_t(payloadSize()));
     return std::move(m_frame);
+}
+
+void GwWireWriter::putU32(size_t offset, uint32_t value)
+{
+    std::memcpy(&m_frame[m_start + offset], &value, sizeof(value));
+}
+
+void GwWireWriter::truncatePayload(size_t size)
+{
+    if (size < payloadSize())
+        m_frame.resize(m_start + kGwHeaderSize + size);
 }

@@ -29,6 +29,13 @@ public:
     std::string finish();
 
 private:
+    friend class GwReplyWriter; // fills in a reply's code and drops its answer
+
+    // Writes `value` at `offset` bytes from the start of this frame.
+    void putU32(size_t offset, uint32_t value);
+    // Keeps only the first `size` bytes of the payload.
+    void truncatePayload(size_t size);
+
     std::string m_frame;
     size_t m_start = 0; // where this frame's header begins
 };

@@ -26,7 +26,7 @@ QByteArray joinTab(const QStringList &parts)
 }
 } // namespace
 
-GatewayService::GatewayService(QObject *parent) : QObject(parent) {}
+GatewayService::GatewayService(ChannelFactory channels, QObject *parent) : QObject(parent), m_channels(channels) {}
 
 GatewayService::~GatewayService()
 {
@@ -68,7 +68,7 @@ GatewayModule *GatewayService::createModule(const StoredModule &stored)
         return nullptr;
     GatewayModule *created = isFieldbusType(stored.type)
         ? static_cast<GatewayModule *>(new FieldbusModule(stored, *schema, this))
-        : new StreamModule(stored, *schema, this);
+        : new StreamModule(stored, *schema, m_channels(stored.type, nullptr), this);
     connect(created, &GatewayModule::eventRaised, this, &GatewayService::onEvent);
     connect(created, &GatewayModule::resultsReady, this, &GatewayService::onResults);
     connect(created, &GatewayModule::logLine, this,

@@ -2,6 +2,7 @@
 
 #include "GatewayModule.h"
 #include "ModuleStore.h"
+#include "StreamChannel.h"
 
 #include <QElapsedTimer>
 #include <QMap>
@@ -22,7 +23,12 @@ class GatewayService : public QObject
 {
     Q_OBJECT
 public:
-    explicit GatewayService(QObject *parent = nullptr);
+    // Makes the device of a stream module. The gateway uses the real devices
+    // (StreamChannel::create); request handling run where no port may be
+    // opened (the fuzz target) is given devices that open nothing.
+    using ChannelFactory = StreamChannel *(*)(const QByteArray &moduleType, QObject *parent);
+
+    explicit GatewayService(ChannelFactory channels = &StreamChannel::create, QObject *parent = nullptr);
     ~GatewayService() override;
 
     // Loads the stored modules and reopens those that were open.
@@ -69,6 +75,7 @@ private:
     void onEvent(int type, int moduleId);
     void onResults(int moduleId, int addressId, const QList<QByteArray> &frames);
 
+    const ChannelFactory m_channels;
     ModuleStore m_store;
     QMap<int, GatewayModule *> m_modules; // children of this object
     QStringList m_serialExtras;

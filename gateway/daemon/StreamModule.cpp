@@ -4,11 +4,13 @@
 #include "GwPlatform.h"
 #include "StreamChannel.h"
 
-StreamModule::StreamModule(const StoredModule &stored, const ParamSchema &schema, QObject *parent)
-    : GatewayModule(stored, schema, parent), m_channel(StreamChannel::create(stored.type, this))
+StreamModule::StreamModule(const StoredModule &stored, const ParamSchema &schema, StreamChannel *channel,
+                           QObject *parent)
+    : GatewayModule(stored, schema, parent), m_channel(channel)
 {
     if (!m_channel)
         return;
+    m_channel->setParent(this);
     const int moduleId = id();
     connect(m_channel, &StreamChannel::linkUp, this, [this, moduleId] { emit eventRaised(GW_EVENT_CONNECTED, moduleId); },
             Qt::QueuedConnection);

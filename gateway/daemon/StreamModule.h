@@ -13,7 +13,9 @@ class StreamModule : public GatewayModule
 {
     Q_OBJECT
 public:
-    StreamModule(const StoredModule &stored, const ParamSchema &schema, QObject *parent = nullptr);
+    // Takes `channel`, the module's device (none for a type without one).
+    StreamModule(const StoredModule &stored, const ParamSchema &schema, StreamChannel *channel,
+                 QObject *parent = nullptr);
     ~StreamModule() override;
 
     quint32 setOpen(bool open) override;

@@ -104,20 +104,14 @@ void tst_Gatewayd::params_invalidValue_refusedAndUnchanged_data()
                   int address = -1) {
         QTest::newRow(name) << QByteArray(type) << QByteArray(key) << value << address << code;
     };
+    // A refusal of each kind through the wire; every key's rule is tst_paramschema's.
     row("port 0", "TcpServerModule", "LocalPort", "0", GW_ERR_INVALID_PORT);
-    row("port 65536", "UdpModule", "TargetPort", "65536", GW_ERR_INVALID_PORT);
-    row("port not a number", "UdpModule", "TargetPort", "80a", GW_ERR_INVALID_VALUE);
-    row("ip with leading zero", "TcpClientModule", "TargetIP", "192.168.001.10", GW_ERR_INVALID_IP);
-    row("ip with blank", "TcpClientModule", "TargetIP", " 10.0.0.1", GW_ERR_INVALID_IP);
     row("ipv6", "TcpClientModule", "TargetIP", "::1", GW_ERR_INVALID_IP);
     row("local ip not of this host", "TcpServerModule", "LocalIP", "203.0.113.7", GW_ERR_INVALID_VALUE);
     row("unknown key", "UdpModule", "Colour", "red", GW_ERR_UNKNOWN_KEY);
-    row("parity code", "SerialModule", "Parity", "1", GW_ERR_INVALID_VALUE);
-    row("end char too long", "TcpServerModule", "EndChar", QByteArray(9, ';'), GW_ERR_VALUE_TOO_LONG);
     row("value over the field", "SerialModule", "PortName", QByteArray(600, 'p'), GW_ERR_VALUE_TOO_LONG);
     row("stream device has no addresses", "UdpModule", "LocalPort", "9000", GW_ERR_UNKNOWN_ADDRESS, 5);
     row("connect state not boolean", "UdpModule", "ConnectState", "yes", GW_ERR_INVALID_VALUE);
-    row("constraints malformed", "EipModule", "ReadAddressConstraints", "Input;10;5;7", GW_ERR_INVALID_VALUE);
 }
 
 void tst_Gatewayd::params_invalidValue_refusedAndUnchanged()

@@ -1,5 +1,7 @@
 #include "GeneralDeviceSendData.h"
 
+#include <QStringList>
+
 GeneralDeviceSendData::GeneralDeviceSendData(QObject *parent)
     : QObject(parent)
 {
@@ -14,6 +16,14 @@ void GeneralDeviceSendData::setHexEnable(bool enable)
 {
     m_hexEnable = enable;
     emit hexEnableChanged();
+}
+
+QString GeneralDeviceSendData::stringToHex(const QString &text)
+{
+    QStringList codes;
+    for (const uint code : text.toUcs4())
+        codes.append(QString::number(code, 16).toUpper().rightJustified(2, QLatin1Char('0')));
+    return codes.join(QLatin1Char(' '));
 }
 
 QString GeneralDeviceSendData::hexToString(const QString &hex)

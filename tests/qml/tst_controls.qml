@@ -1,7 +1,6 @@
 import QtQuick 2.15
 import QtTest 1.15
 import "qrc:/QmlFiles"
-import "qrc:/QmlFiles/HexText.js" as HexText
 
 // Shared controls without models: range clamping and steps, the IP box's four
 // parts, the combo pop-up, and the send field's hex rewrite helper.
@@ -161,27 +160,6 @@ Item {
             mouseWheel(input, 10, 10, 0, 120)
             compare(box.currentValue, 6)
             verify(findChild(combo, "comboPopup").visible)
-        }
-
-        // HexText.toHex for ticking the send field's hex box, fromHex for unticking it
-        // ("AB" and an odd last digit: DeviceViews::test_hexSendRewritesTheField).
-        function test_hex_data() {
-            return [
-                { tag: "control characters are padded", text: "A\r\n", hex: "41 0D 0A", toHex: true },
-                { tag: "empty text", text: "", hex: "", toHex: true },
-                { tag: "wide character keeps all its digits", text: "\u4E2D", hex: "4E2D", toHex: true },
-                { tag: "back: pairs separated by blanks", hex: "41 42", text: "AB", toHex: false },
-                { tag: "back: blanks anywhere", hex: "4 1 4 2 4", text: "AB", toHex: false },
-                { tag: "back: lower-case digits", hex: "6a 6B", text: "jk", toHex: false },
-                { tag: "back: a pair that is not hexadecimal is skipped", hex: "41 4G 42", text: "AB", toHex: false },
-                { tag: "back: empty", hex: "", text: "", toHex: false }
-            ]
-        }
-        function test_hex(data) {
-            if (data.toHex)
-                compare(HexText.toHex(data.text), data.hex)
-            else
-                compare(HexText.fromHex(data.hex), data.text)
         }
     }
 }

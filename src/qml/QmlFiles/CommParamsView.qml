@@ -1,7 +1,6 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
 import comm.devicesManager 1.0
-import "HexText.js" as HexText
 
 // The selected device: its parameter panel, the receive panel and, for
 // stream devices, the send panel.
@@ -191,6 +190,6 @@ Rectangle {
     // unticking turns the codes back into text.
     function switchHex(enable) {
         sendData.setHexEnable(enable)
-        sendField.text = enable ? HexText.toHex(sendField.text) : HexText.fromHex(sendField.text)
+        sendField.text = enable ? sendData.stringToHex(sendField.text) : sendData.hexToString(sendField.text)
     }
 }

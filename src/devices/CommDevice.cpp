@@ -126,21 +126,15 @@ void CommDevice::setDeviceName(QString devName)
 
 int CommDevice::GwGetConnectState()
 {
-    GwParamRecord record;
-    if (!record.isValid()) {
-        COMM_LOG(CommLogInfo, "new GW_PARAM_RECORD failed");
-        return int(GW_ERR_NO_MEMORY);
-    }
-    record.addEntry(kConnectStateKey);
-    const uint32_t rc = GW_PF_GetModuleParam(m_deviceID, record.data(), GW_MODULE_ADDRESS);
+    QByteArray value;
+    const uint32_t rc = GwParamRecord::readOne(m_deviceID, kConnectStateKey, value);
     if (rc != GW_OK) {
         COMM_LOG(CommLogInfo, "GW_PF_GetModuleParam failed, error=%x", rc);
         return int(rc);
     }
-    const QByteArray value = record.value(0);
-    const bool state = (value == "true" || value == "True");
+    const bool state = GwParamRecord::isTrueText(value);
     COMM_LOG(CommLogDetail, "[%d]%s ConnectState=%s(%s)", m_deviceID, m_deviceType.toUtf8().constData(),
-             value.constData(), state ? "true" : "false");
+             value.constData(), GwParamRecord::boolText(state).constData());
     updateConState(state);
     setItemsEnable(state);
     return 0;
@@ -148,13 +142,7 @@ int CommDevice::GwGetConnectState()
 
 int CommDevice::GwSetConnectState(bool value)
 {
-    GwParamRecord record;
-    if (!record.isValid()) {
-        COMM_LOG(CommLogInfo, "new GW_PARAM_RECORD failed");
-        return int(GW_ERR_NO_MEMORY);
-    }
-    record.addEntry(kConnectStateKey, value ? QByteArrayLiteral("true") : QByteArrayLiteral("false"));
-    const uint32_t rc = GW_PF_SetModuleParam(m_deviceID, record.data(), GW_MODULE_ADDRESS);
+    const uint32_t rc = GwParamRecord::writeOne(m_deviceID, kConnectStateKey, GwParamRecord::boolText(value));
     if (rc != GW_OK) {
         COMM_LOG(CommLogInfo, "GwSetModuleParam failed, error=%x", rc);
         bool untranslated = false;

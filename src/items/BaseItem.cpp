@@ -121,19 +121,12 @@ int BaseItem::GwGetModuleParam()
 
 int BaseItem::gwReadParam(QByteArray &value)
 {
-    GwParamRecord record;
-    if (!record.isValid())
-        return int(GW_ERR_NO_MEMORY);
-    record.addEntry(objectName().toUtf8());
     const CommDevice *owner = device();
     const int moduleId = owner ? owner->deviceID() : int(m_moduID);
-    const uint32_t rc = GW_PF_GetModuleParam(moduleId, record.data(), GW_MODULE_ADDRESS);
-    if (rc != GW_OK) {
+    const uint32_t rc = GwParamRecord::readOne(moduleId, objectName().toUtf8(), value);
+    if (rc != GW_OK)
         COMM_LOG(CommLogInfo, "GW_PF_GetModuleParam failed, error=%x", rc);
-        return int(rc);
-    }
-    value = record.value(0);
-    return 0;
+    return int(rc);
 }
 
 bool BaseItem::accepted(int rc, bool pendingIsSuccess)
@@ -143,11 +136,7 @@ bool BaseItem::accepted(int rc, bool pendingIsSuccess)
 
 int BaseItem::gwWriteParam(const QByteArray &value, bool pendingIsSuccess)
 {
-    GwParamRecord record;
-    if (!record.isValid())
-        return int(GW_ERR_NO_MEMORY);
-    record.addEntry(objectName().toUtf8(), value);
-    const uint32_t rc = GW_PF_SetModuleParam(int(m_moduID), record.data(), GW_MODULE_ADDRESS);
+    const uint32_t rc = GwParamRecord::writeOne(int(m_moduID), objectName().toUtf8(), value);
     if (!accepted(int(rc), pendingIsSuccess)) {
         COMM_LOG(CommLogInfo, "GW_PF_SetModuleParam failed, [%s=%s] error=%x", objectName().toUtf8().constData(),
                  value.constData(), rc);

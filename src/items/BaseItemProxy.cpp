@@ -1,5 +1,7 @@
 #include "BaseItemProxy.h"
 
+#include "GwParamRecord.h"
+
 #include <cstring>
 #include <tinyxml2.h>
 
@@ -18,7 +20,7 @@ bool named(const tinyxml2::XMLElement *element, const char *name)
 
 bool BaseItemProxy::xmlBool(const char *text)
 {
-    return text && (std::strcmp(text, "True") == 0 || std::strcmp(text, "true") == 0);
+    return text && GwParamRecord::isTrueText(QByteArray(text)); // the gateway's rule as well
 }
 
 int BaseItemProxy::xmlInt(const tinyxml2::XMLElement *element)

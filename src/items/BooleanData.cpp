@@ -1,6 +1,7 @@
 #include "BooleanData.h"
 
 #include "CommDevice.h"
+#include "GwParamRecord.h"
 
 namespace CommunicationControl {
 
@@ -27,18 +28,23 @@ void BooleanData::setCurValue(bool value)
     updateCurValue(accepted(GwSetModuleParam(value)) ? value : old);
 }
 
+QString BooleanData::CurValue() const
+{
+    return QString::fromLatin1(GwParamRecord::boolText(m_curValue));
+}
+
 int BooleanData::GwGetModuleParam()
 {
     QByteArray value;
     const int rc = gwReadParam(value);
     if (rc == 0)
-        updateCurValue(value == "true" || value == "True");
+        updateCurValue(GwParamRecord::isTrueText(value));
     return rc;
 }
 
 int BooleanData::GwSetModuleParam(bool value)
 {
-    return gwWriteParam(value ? QByteArrayLiteral("true") : QByteArrayLiteral("false"));
+    return gwWriteParam(GwParamRecord::boolText(value));
 }
 
 } // namespace CommunicationControl

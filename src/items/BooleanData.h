@@ -17,7 +17,7 @@ public:
     void updateCurValue(bool value);
     void setCurValue(bool value);
 
-    QString CurValue() const override { return m_curValue ? QStringLiteral("true") : QStringLiteral("false"); }
+    QString CurValue() const override;
     int GwGetModuleParam() override;
     int GwSetModuleParam(bool value);
     int SetModuleParam() override { return GwSetModuleParam(m_curValue); }

@@ -62,3 +62,34 @@ QByteArray GwParamRecord::value(int slot) const
     const char *v = m_record->entries[slot].value;
     return QByteArray(v, int(strnlen(v, GW_PARAM_VALUE_SIZE)));
 }
+
+uint32_t GwParamRecord::readOne(int moduleId, const QByteArray &key, QByteArray &value, int addressId)
+{
+    GwParamRecord record;
+    if (!record.isValid())
+        return GW_ERR_NO_MEMORY;
+    record.addEntry(key);
+    const uint32_t rc = GW_PF_GetModuleParam(moduleId, record.data(), addressId);
+    if (rc == GW_OK)
+        value = record.value(0);
+    return rc;
+}
+
+uint32_t GwParamRecord::writeOne(int moduleId, const QByteArray &key, const QByteArray &value, int addressId)
+{
+    GwParamRecord record;
+    if (!record.isValid())
+        return GW_ERR_NO_MEMORY;
+    record.addEntry(key, value);
+    return GW_PF_SetModuleParam(moduleId, record.data(), addressId);
+}
+
+QByteArray GwParamRecord::boolText(bool value)
+{
+    return value ? QByteArrayLiteral("true") : QByteArrayLiteral("false");
+}
+
+bool GwParamRecord::isTrueText(const QByteArray &text)
+{
+    return text == "true" || text == "True";
+}

@@ -22,17 +22,9 @@ const QStringList kGatewayArgs{QStringLiteral("--serial-extra"), QStringLiteral(
 
 QByteArray gwValue(int moduleId, const QByteArray &key)
 {
-    GwParamRecord record;
-    record.addEntry(key);
-    const quint32 rc = GW_PF_GetModuleParam(moduleId, record.data(), -1);
-    return rc == GW_OK ? record.value() : "<error " + QByteArray::number(rc, 16) + '>';
-}
-
-quint32 setGwValue(int moduleId, const QByteArray &key, const QByteArray &value)
-{
-    GwParamRecord record;
-    record.addEntry(key, value);
-    return GW_PF_SetModuleParam(moduleId, record.data(), -1);
+    QByteArray value;
+    const quint32 rc = GwParamRecord::readOne(moduleId, key, value);
+    return rc == GW_OK ? value : "<error " + QByteArray::number(rc, 16) + '>';
 }
 
 // A choice is made and shown by its text in the list, as the operator sees it.
@@ -223,7 +215,7 @@ void tst_ItemsGateway::refusedValue_leavesModelAndGatewayUnchanged()
 void tst_ItemsGateway::restart_reloadsEveryDevice()
 {
     // The station name has no editor; the gateway's own value must still show.
-    QCOMPARE(setGwValue(m_ids.value("ProfinetModule"), "StationName", "line-7-plc"), GW_OK);
+    QCOMPARE(GwParamRecord::writeOne(m_ids.value("ProfinetModule"), "StationName", "line-7-plc"), GW_OK);
     // A rename and a delete are the gateway's to keep as well.
     QVERIFY(manager()->changeDeviceName(m_ids.value("UdpModule"), QStringLiteral("扫码枪")));
     QVERIFY(manager()->loadAlgorithmTabXML(QStringLiteral("EipModule")));

@@ -27,12 +27,6 @@ AddressDataSet::AddressDataSet(QObject *parent)
     registerItemDataType<AddressDataSetData>("lm.cpp.AddressDataSet", "AddressDataSetData");
 }
 
-void AddressDataSet::setDeviceID(int id)
-{
-    if (m_data)
-        m_data->setModuID(uint(id));
-}
-
 void AddressDataSet::CreateControl(tinyxml2::XMLElement *element)
 {
     _S_Comm_BasicDefaultInfo_ info;
@@ -51,24 +45,21 @@ void AddressDataSet::CreateControl(tinyxml2::XMLElement *element)
         if (isNamed(child, "SoftElementAddressDefaultValue"))
             values.insert(QStringLiteral("softAddressDefault"), xmlInt(child));
     });
-    if (!read)
+    AddressDataSetData *data = read ? makeData<AddressDataSetData>(info) : nullptr;
+    if (!data)
         return;
-    m_data = new (std::nothrow) AddressDataSetData(info, parent());
-    if (!m_data)
-        return;
-    setBaseData(m_data);
     if (values.contains(QStringLiteral("addressType")))
-        m_data->setAddressType(values.value(QStringLiteral("addressType")).toInt());
+        data->setAddressType(values.value(QStringLiteral("addressType")).toInt());
     if (values.contains(QStringLiteral("addressLow")))
-        m_data->setAddressLow(values.value(QStringLiteral("addressLow")).toInt());
+        data->setAddressLow(values.value(QStringLiteral("addressLow")).toInt());
     if (values.contains(QStringLiteral("addressHigh")))
-        m_data->setAddressHigh(values.value(QStringLiteral("addressHigh")).toInt());
+        data->setAddressHigh(values.value(QStringLiteral("addressHigh")).toInt());
     if (values.contains(QStringLiteral("softAddressMin")))
-        m_data->setSoftAddressMin(values.value(QStringLiteral("softAddressMin")).toInt());
+        data->setSoftAddressMin(values.value(QStringLiteral("softAddressMin")).toInt());
     if (values.contains(QStringLiteral("softAddressMax")))
-        m_data->setSoftAddressMax(values.value(QStringLiteral("softAddressMax")).toInt());
+        data->setSoftAddressMax(values.value(QStringLiteral("softAddressMax")).toInt());
     if (values.contains(QStringLiteral("softAddressDefault")))
-        m_data->setSoftAddressDefault(values.value(QStringLiteral("softAddressDefault")).toInt());
+        data->setSoftAddressDefault(values.value(QStringLiteral("softAddressDefault")).toInt());
 }
 
 } // namespace CommunicationControl

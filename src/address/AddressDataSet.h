@@ -13,14 +13,9 @@ class AddressDataSet : public BaseItemProxy
 public:
     explicit AddressDataSet(QObject *parent);
 
-    AddressDataSetData *data() const { return m_data; }
+    AddressDataSetData *data() const { return dataAs<AddressDataSetData>(); }
     void CreateControl(tinyxml2::XMLElement *element) override;
 
-public slots:
-    void setDeviceID(int id) override;
-
-private:
-    AddressDataSetData *m_data = nullptr;
 };
 
 } // namespace CommunicationControl

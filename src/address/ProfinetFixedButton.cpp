@@ -26,12 +26,6 @@ ProfinetFixedButton::ProfinetFixedButton(QObject *parent)
     registerItemDataType<ProfinetFixedButtonData>("lm.cpp.ProfinetFixedButton", "ProfinetFixedButtonData");
 }
 
-void ProfinetFixedButton::setDeviceID(int id)
-{
-    if (m_data)
-        m_data->setModuID(uint(id));
-}
-
 void ProfinetFixedButton::CreateControl(tinyxml2::XMLElement *element)
 {
     _S_Comm_BasicDefaultInfo_ info;
@@ -48,22 +42,19 @@ void ProfinetFixedButton::CreateControl(tinyxml2::XMLElement *element)
         if (isNamed(child, "WriteAddressString"))
             values.insert(QStringLiteral("writeAddressText"), lumoraTr(xmlText(child)));
     });
-    if (!read)
+    ProfinetFixedButtonData *data = read ? makeData<ProfinetFixedButtonData>(info) : nullptr;
+    if (!data)
         return;
-    m_data = new (std::nothrow) ProfinetFixedButtonData(info, parent());
-    if (!m_data)
-        return;
-    setBaseData(m_data);
     if (values.contains(QStringLiteral("readAddressId")))
-        m_data->setReadAddressId(values.value(QStringLiteral("readAddressId")).toInt());
+        data->setReadAddressId(values.value(QStringLiteral("readAddressId")).toInt());
     if (values.contains(QStringLiteral("writeAddressId")))
-        m_data->setWriteAddressId(values.value(QStringLiteral("writeAddressId")).toInt());
+        data->setWriteAddressId(values.value(QStringLiteral("writeAddressId")).toInt());
     if (values.contains(QStringLiteral("windowTitle")))
-        m_data->setWindowTitle(values.value(QStringLiteral("windowTitle")).toString());
+        data->setWindowTitle(values.value(QStringLiteral("windowTitle")).toString());
     if (values.contains(QStringLiteral("readAddressText")))
-        m_data->setReadAddressText(values.value(QStringLiteral("readAddressText")).toString());
+        data->setReadAddressText(values.value(QStringLiteral("readAddressText")).toString());
     if (values.contains(QStringLiteral("writeAddressText")))
-        m_data->setWriteAddressText(values.value(QStringLiteral("writeAddressText")).toString());
+        data->setWriteAddressText(values.value(QStringLiteral("writeAddressText")).toString());
 }
 
 } // namespace CommunicationControl

@@ -13,14 +13,9 @@ class ProfinetFixedButton : public BaseItemProxy
 public:
     explicit ProfinetFixedButton(QObject *parent);
 
-    ProfinetFixedButtonData *data() const { return m_data; }
+    ProfinetFixedButtonData *data() const { return dataAs<ProfinetFixedButtonData>(); }
     void CreateControl(tinyxml2::XMLElement *element) override;
 
-public slots:
-    void setDeviceID(int id) override;
-
-private:
-    ProfinetFixedButtonData *m_data = nullptr;
 };
 
 } // namespace CommunicationControl

@@ -1,5 +1,6 @@
 #include "BaseItemProxy.h"
 
+#include "CommLog.h"
 #include "GwParamRecord.h"
 
 #include <cstring>
@@ -80,10 +81,20 @@ void BaseItemProxy::setQmlName(const QString &name)
     emit qmlNameChanged();
 }
 
-void BaseItemProxy::setBaseData(BaseItem *data)
+void BaseItemProxy::adoptData(BaseItem *data, const char *className)
 {
+    if (!data) {
+        COMM_LOG(CommLogInfo, "new %s failed", className);
+        return;
+    }
     m_data = data;
     emit dataChanged();
+}
+
+void BaseItemProxy::setDeviceID(int id)
+{
+    if (m_data)
+        m_data->setModuID(uint(id));
 }
 
 void BaseItemProxy::setModuleParam()

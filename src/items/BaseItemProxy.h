@@ -1,14 +1,16 @@
 #pragma once
 // Base of every parameter item's proxy: made by the item factory with the
 // device as parent, reads the item element, owns the data model and names
-// the QML file that draws the item. Subclasses add a `data` property typed
-// as their own data model class (NOTIFY dataChanged).
+// the QML file that draws the item. Subclasses make their model with
+// makeData<T>() and add a `data` property typed as T (READ dataAs<T>(),
+// NOTIFY dataChanged).
 
 #include "BaseItem.h"
 
 #include <QObject>
 #include <QString>
 #include <functional>
+#include <new>
 
 namespace tinyxml2 {
 class XMLElement;
@@ -37,7 +39,8 @@ public:
     static QList<S_TriggersNodeInfo> ParseTriggersElement(tinyxml2::XMLElement *triggers);
 
 public slots:
-    virtual void setDeviceID(int id) = 0;
+    // Passes the module id to the data model's moduID.
+    virtual void setDeviceID(int id);
     virtual void setModuleParam();
     virtual void getModuleParam();
     virtual void setItemEnable(bool enable);
@@ -47,7 +50,22 @@ signals:
     void dataChanged();
 
 protected:
-    void setBaseData(BaseItem *data);
+    // Makes the data model for the element just read (a child of the device,
+    // owned by this proxy) without throwing and announces it; null, logged,
+    // when it cannot be allocated.
+    template <typename Data>
+    Data *makeData(const _S_Comm_BasicDefaultInfo_ &info)
+    {
+        Data *data = new (std::nothrow) Data(info, parent());
+        adoptData(data, Data::staticMetaObject.className());
+        return data;
+    }
+    // The data model as the proxy's own class, or null.
+    template <typename Data>
+    Data *dataAs() const
+    {
+        return qobject_cast<Data *>(m_data);
+    }
 
     // Reads an item element's attributes and common children into info and hands
     // every other child to perChild. False (nothing read) when the element is
@@ -64,6 +82,8 @@ protected:
     static bool isNamed(const tinyxml2::XMLElement *element, const char *name);
 
 private:
+    void adoptData(BaseItem *data, const char *className);
+
     QString m_qmlName;
     BaseItem *m_data = nullptr; // child of the device, owned by this proxy
 };

@@ -24,12 +24,6 @@ Boolean::Boolean(QObject *parent)
     registerItemDataType<BooleanData>("lm.cpp.Boolean", "BooleanData");
 }
 
-void Boolean::setDeviceID(int id)
-{
-    if (m_data)
-        m_data->setModuID(uint(id));
-}
-
 void Boolean::CreateControl(tinyxml2::XMLElement *element)
 {
     _S_Comm_BasicDefaultInfo_ info;
@@ -42,14 +36,11 @@ void Boolean::CreateControl(tinyxml2::XMLElement *element)
             triggers = ParseTriggersElement(child);
         }
     });
-    if (!read)
+    BooleanData *data = read ? makeData<BooleanData>(info) : nullptr;
+    if (!data)
         return;
-    m_data = new (std::nothrow) BooleanData(info, parent());
-    if (!m_data)
-        return;
-    setBaseData(m_data);
-    m_data->SetTriggers(triggers);
-    m_data->updateCurValue(current);
+    data->SetTriggers(triggers);
+    data->updateCurValue(current);
 }
 
 } // namespace CommunicationControl

@@ -14,14 +14,9 @@ class Boolean : public BaseItemProxy
 public:
     explicit Boolean(QObject *parent);
 
-    BooleanData *data() const { return m_data; }
+    BooleanData *data() const { return dataAs<BooleanData>(); }
     void CreateControl(tinyxml2::XMLElement *element) override;
 
-public slots:
-    void setDeviceID(int id) override;
-
-private:
-    BooleanData *m_data = nullptr;
 };
 
 } // namespace CommunicationControl

@@ -24,12 +24,6 @@ Category::Category(QObject *parent)
     registerItemDataType<CategoryData>("lm.cpp.Category", "CategoryData");
 }
 
-void Category::setDeviceID(int id)
-{
-    if (m_data)
-        m_data->setModuID(uint(id));
-}
-
 // A heading: read only when the tag is exactly "Category" and it has a name,
 // which serves as display name, description and key; "CustomVisible" is an
 // attribute here.
@@ -46,9 +40,7 @@ void Category::CreateControl(tinyxml2::XMLElement *element)
         info.customVisible = xmlBool(visible);
     info.generate = true;
     info.supportChangeEnable = false;
-    m_data = new (std::nothrow) CategoryData(info, parent());
-    if (m_data)
-        setBaseData(m_data);
+    makeData<CategoryData>(info);
 }
 
 } // namespace CommunicationControl

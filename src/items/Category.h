@@ -14,14 +14,9 @@ class Category : public BaseItemProxy
 public:
     explicit Category(QObject *parent);
 
-    CategoryData *data() const { return m_data; }
+    CategoryData *data() const { return dataAs<CategoryData>(); }
     void CreateControl(tinyxml2::XMLElement *element) override;
 
-public slots:
-    void setDeviceID(int id) override;
-
-private:
-    CategoryData *m_data = nullptr;
 };
 
 } // namespace CommunicationControl

@@ -24,12 +24,6 @@ EndChar::EndChar(QObject *parent)
     registerItemDataType<EndCharData>("lm.cpp.EndChar", "EndCharData");
 }
 
-void EndChar::setDeviceID(int id)
-{
-    if (m_data)
-        m_data->setModuID(uint(id));
-}
-
 void EndChar::CreateControl(tinyxml2::XMLElement *element)
 {
     _S_Comm_BasicDefaultInfo_ info;
@@ -41,14 +35,11 @@ void EndChar::CreateControl(tinyxml2::XMLElement *element)
         else if (isNamed(child, "MaxLen"))
             maxLength = xmlInt(child);
     });
-    if (!read)
+    EndCharData *data = read ? makeData<EndCharData>(info) : nullptr;
+    if (!data)
         return;
-    m_data = new (std::nothrow) EndCharData(info, parent());
-    if (!m_data)
-        return;
-    setBaseData(m_data);
-    m_data->setMaxLength(maxLength);
-    m_data->updateCurValue(current);
+    data->setMaxLength(maxLength);
+    data->updateCurValue(current);
 }
 
 } // namespace CommunicationControl

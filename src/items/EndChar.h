@@ -14,14 +14,9 @@ class EndChar : public BaseItemProxy
 public:
     explicit EndChar(QObject *parent);
 
-    EndCharData *data() const { return m_data; }
+    EndCharData *data() const { return dataAs<EndCharData>(); }
     void CreateControl(tinyxml2::XMLElement *element) override;
 
-public slots:
-    void setDeviceID(int id) override;
-
-private:
-    EndCharData *m_data = nullptr;
 };
 
 } // namespace CommunicationControl

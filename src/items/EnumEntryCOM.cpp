@@ -24,12 +24,6 @@ EnumEntryCOM::EnumEntryCOM(QObject *parent)
     registerItemDataType<EnumEntryCOMData>("lm.cpp.EnumEntryCOM", "EnumEntryCOMData");
 }
 
-void EnumEntryCOM::setDeviceID(int id)
-{
-    if (m_data)
-        m_data->setModuID(uint(id));
-}
-
 void EnumEntryCOM::CreateControl(tinyxml2::XMLElement *element)
 {
     _S_Comm_BasicDefaultInfo_ info;
@@ -38,14 +32,11 @@ void EnumEntryCOM::CreateControl(tinyxml2::XMLElement *element)
         if (isNamed(child, "CurValue"))
             current = xmlText(child);
     });
-    if (!read)
+    EnumEntryCOMData *data = read ? makeData<EnumEntryCOMData>(info) : nullptr;
+    if (!data)
         return;
-    m_data = new (std::nothrow) EnumEntryCOMData(info, parent());
-    if (!m_data)
-        return;
-    setBaseData(m_data);
-    m_data->getComList();
-    m_data->selectPort(current);
+    data->getComList();
+    data->selectPort(current);
 }
 
 } // namespace CommunicationControl

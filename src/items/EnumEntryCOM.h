@@ -14,14 +14,9 @@ class EnumEntryCOM : public BaseItemProxy
 public:
     explicit EnumEntryCOM(QObject *parent);
 
-    EnumEntryCOMData *data() const { return m_data; }
+    EnumEntryCOMData *data() const { return dataAs<EnumEntryCOMData>(); }
     void CreateControl(tinyxml2::XMLElement *element) override;
 
-public slots:
-    void setDeviceID(int id) override;
-
-private:
-    EnumEntryCOMData *m_data = nullptr;
 };
 
 } // namespace CommunicationControl

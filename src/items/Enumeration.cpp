@@ -25,12 +25,6 @@ Enumeration::Enumeration(QObject *parent)
     registerItemDataType<EnumerationData>("lm.cpp.Enumeration", "EnumerationData");
 }
 
-void Enumeration::setDeviceID(int id)
-{
-    if (m_data)
-        m_data->setModuID(uint(id));
-}
-
 void Enumeration::CreateControl(tinyxml2::XMLElement *element)
 {
     _S_Comm_BasicDefaultInfo_ info;
@@ -55,20 +49,17 @@ void Enumeration::CreateControl(tinyxml2::XMLElement *element)
             triggers = ParseTriggersElement(child);
         }
     });
-    if (!read)
+    EnumerationData *data = read ? makeData<EnumerationData>(info) : nullptr;
+    if (!data)
         return;
-    m_data = new (std::nothrow) EnumerationData(info, parent());
-    if (!m_data)
-        return;
-    setBaseData(m_data);
-    m_data->setEntries(entries);
-    m_data->SetTriggers(triggers);
-    m_data->setMessageTip(hasTip, tip);
+    data->setEntries(entries);
+    data->SetTriggers(triggers);
+    data->setMessageTip(hasTip, tip);
     if (!enabled)
-        m_data->setAlwaysDisable(true);
+        data->setAlwaysDisable(true);
     // "CurValue" (or, without it, "DefaultValue") names the entry by its value.
-    const int index = m_data->indexOfValue((current.isEmpty() ? fallback : current).toInt());
-    m_data->updateCurIndex(index < 0 ? 0 : index);
+    const int index = data->indexOfValue((current.isEmpty() ? fallback : current).toInt());
+    data->updateCurIndex(index < 0 ? 0 : index);
 }
 
 // Walks "EnumEntrys" with an explicit stack of elements: an entry is pushed,

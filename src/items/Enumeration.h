@@ -14,16 +14,12 @@ class Enumeration : public BaseItemProxy
 public:
     explicit Enumeration(QObject *parent);
 
-    EnumerationData *data() const { return m_data; }
+    EnumerationData *data() const { return dataAs<EnumerationData>(); }
     void CreateControl(tinyxml2::XMLElement *element) override;
-
-public slots:
-    void setDeviceID(int id) override;
 
 private:
     static QList<_S_EnumeraInfo_> readEntries(tinyxml2::XMLElement *list);
 
-    EnumerationData *m_data = nullptr;
 };
 
 } // namespace CommunicationControl

@@ -24,21 +24,11 @@ IPString::IPString(QObject *parent)
     registerItemDataType<IPStringData>("lm.cpp.IPString", "IPStringData");
 }
 
-void IPString::setDeviceID(int id)
-{
-    if (m_data)
-        m_data->setModuID(uint(id));
-}
-
 void IPString::CreateControl(tinyxml2::XMLElement *element)
 {
     _S_Comm_BasicDefaultInfo_ info;
-    if (!readItemElement(element, info))
-        return;
-    m_data = new (std::nothrow) IPStringData(info, parent());
-    if (!m_data)
-        return;
-    setBaseData(m_data);
+    if (readItemElement(element, info))
+        makeData<IPStringData>(info);
 }
 
 } // namespace CommunicationControl

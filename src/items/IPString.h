@@ -14,14 +14,9 @@ class IPString : public BaseItemProxy
 public:
     explicit IPString(QObject *parent);
 
-    IPStringData *data() const { return m_data; }
+    IPStringData *data() const { return dataAs<IPStringData>(); }
     void CreateControl(tinyxml2::XMLElement *element) override;
 
-public slots:
-    void setDeviceID(int id) override;
-
-private:
-    IPStringData *m_data = nullptr;
 };
 
 } // namespace CommunicationControl

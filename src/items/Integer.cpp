@@ -24,12 +24,6 @@ Integer::Integer(QObject *parent)
     registerItemDataType<IntegerData>("lm.cpp.Integer", "IntegerData");
 }
 
-void Integer::setDeviceID(int id)
-{
-    if (m_data)
-        m_data->setModuID(uint(id));
-}
-
 void Integer::CreateControl(tinyxml2::XMLElement *element)
 {
     _S_Comm_BasicDefaultInfo_ info;
@@ -50,18 +44,15 @@ void Integer::CreateControl(tinyxml2::XMLElement *element)
             tip = xmlText(child);
         }
     });
-    if (!read)
+    IntegerData *data = read ? makeData<IntegerData>(info) : nullptr;
+    if (!data)
         return;
-    m_data = new (std::nothrow) IntegerData(info, parent());
-    if (!m_data)
-        return;
-    setBaseData(m_data);
     if (hasTip)
-        m_data->setMessageTip(true, tip);
-    m_data->setCurrentValue(current);
-    m_data->setMinValue(minimum);
-    m_data->setMaxValue(maximum);
-    m_data->setStepValue(step);
+        data->setMessageTip(true, tip);
+    data->setCurrentValue(current);
+    data->setMinValue(minimum);
+    data->setMaxValue(maximum);
+    data->setStepValue(step);
 }
 
 } // namespace CommunicationControl

@@ -14,14 +14,9 @@ class Integer : public BaseItemProxy
 public:
     explicit Integer(QObject *parent);
 
-    IntegerData *data() const { return m_data; }
+    IntegerData *data() const { return dataAs<IntegerData>(); }
     void CreateControl(tinyxml2::XMLElement *element) override;
 
-public slots:
-    void setDeviceID(int id) override;
-
-private:
-    IntegerData *m_data = nullptr;
 };
 
 } // namespace CommunicationControl

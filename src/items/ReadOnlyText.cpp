@@ -24,12 +24,6 @@ ReadOnlyText::ReadOnlyText(QObject *parent)
     registerItemDataType<ReadOnlyTextData>("lm.cpp.ReadOnlyText", "ReadOnlyTextData");
 }
 
-void ReadOnlyText::setDeviceID(int id)
-{
-    if (m_data)
-        m_data->setModuID(uint(id));
-}
-
 void ReadOnlyText::CreateControl(tinyxml2::XMLElement *element)
 {
     _S_Comm_BasicDefaultInfo_ info;
@@ -41,13 +35,10 @@ void ReadOnlyText::CreateControl(tinyxml2::XMLElement *element)
                 current = xmlText(child);
         },
         false);
-    if (!read)
+    ReadOnlyTextData *data = read ? makeData<ReadOnlyTextData>(info) : nullptr;
+    if (!data)
         return;
-    m_data = new (std::nothrow) ReadOnlyTextData(info, parent());
-    if (!m_data)
-        return;
-    setBaseData(m_data);
-    m_data->updateCurValue(current);
+    data->updateCurValue(current);
 }
 
 } // namespace CommunicationControl

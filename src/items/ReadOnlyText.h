@@ -14,14 +14,9 @@ class ReadOnlyText : public BaseItemProxy
 public:
     explicit ReadOnlyText(QObject *parent);
 
-    ReadOnlyTextData *data() const { return m_data; }
+    ReadOnlyTextData *data() const { return dataAs<ReadOnlyTextData>(); }
     void CreateControl(tinyxml2::XMLElement *element) override;
 
-public slots:
-    void setDeviceID(int id) override;
-
-private:
-    ReadOnlyTextData *m_data = nullptr;
 };
 
 } // namespace CommunicationControl

@@ -4,6 +4,7 @@
 #include "CommLog.h"
 #include "ErrorCodeText.h"
 #include "GwParamRecord.h"
+#include "MessageBoxType.h"
 #include "RecvDataFormat.h"
 
 #include <QTimer>
@@ -145,8 +146,7 @@ int CommDevice::GwSetConnectState(bool value)
     const uint32_t rc = GwParamRecord::writeOne(m_deviceID, kConnectStateKey, GwParamRecord::boolText(value));
     if (rc != GW_OK) {
         COMM_LOG(CommLogInfo, "GwSetModuleParam failed, error=%x", rc);
-        bool untranslated = false;
-        emit messageBox(2, ERRORCODE_TR(int(rc), untranslated));
+        emit messageBox(MessageBoxType::Error, errorCodeText(int(rc)));
     }
     return int(rc);
 }

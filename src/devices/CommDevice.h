@@ -61,7 +61,7 @@ signals:
     void deviceNameChanged();
     void recvDataListChanged();
     void recvHexDataListChanged();
-    void messageBox(int nMsgBoxType, QString strMsg);
+    void messageBox(int nMsgBoxType, QString strMsg); // nMsgBoxType: a MessageBoxType
     // Emitted on a gateway thread while the manager's device-list lock is held:
     // receivers connect queued (the default for a receiver on the GUI thread)
     // and must not call back into the manager from a direct connection.

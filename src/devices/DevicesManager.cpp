@@ -3,6 +3,7 @@
 #include "CEventDispatcher.h"
 #include "CommLog.h"
 #include "ErrorCodeText.h"
+#include "MessageBoxType.h"
 
 #include <QQmlEngine>
 #include <QUuid>
@@ -161,8 +162,7 @@ QString DevicesManager::qsLMTr(QString str)
 
 QString DevicesManager::qsErrTr(int nCode)
 {
-    bool untranslated = false;
-    return ERRORCODE_TR(nCode, untranslated);
+    return errorCodeText(nCode);
 }
 
 void DevicesManager::setCommDevices(QStringList devices)
@@ -204,6 +204,12 @@ bool DevicesManager::checkPLCDevice(uint nModuId)
     return device && !isStreamType(device->deviceType());
 }
 
+// "Adding the device failed" followed, without a separator, by why.
+void DevicesManager::showAddFailed(const QString &reason)
+{
+    emit messageBox(MessageBoxType::Error, qsLMTr(QStringLiteral("Lang_DeviceAddFailed")) + reason);
+}
+
 // The pending device's parameters are written before it joins the list: no
 // gateway result can reach it yet, and no lock is held across gateway calls or
 // signals that the page answers.
@@ -211,7 +217,7 @@ int DevicesManager::createCommDevice(QString strDevType, QString strDisplayName)
 {
     CommDevice *pending = m_builder.pendingDevice();
     if (!pending) {
-        emit messageBox(2, qsLMTr(QStringLiteral("Lang_DeviceAddFailed")) + qsErrTr(int(GW_ERR_NO_TEMPLATE)));
+        showAddFailed(qsErrTr(int(GW_ERR_NO_TEMPLATE)));
         return int(GW_ERR_NO_TEMPLATE);
     }
     const QByteArray type = strDevType.toUtf8();
@@ -221,7 +227,7 @@ int DevicesManager::createCommDevice(QString strDevType, QString strDisplayName)
     if (rc != GW_OK) {
         COMM_LOG(CommLogInfo, "GW_PF_AddModule failed, deviceType[%s], DisplayName[%s], error=%x", type.constData(),
                  name.constData(), rc);
-        emit messageBox(2, qsLMTr(QStringLiteral("Lang_DeviceAddFailed")) + qsErrTr(int(rc)));
+        showAddFailed(qsErrTr(int(rc)));
         return int(rc);
     }
     bool exists = false;
@@ -235,7 +241,7 @@ int DevicesManager::createCommDevice(QString strDevType, QString strDisplayName)
         }
     }
     if (exists) {
-        emit messageBox(2, qsLMTr(QStringLiteral("Lang_DeviceAddFailed")) + qsLMTr(QStringLiteral("Lang_DeviceIdExisted")));
+        showAddFailed(qsLMTr(QStringLiteral("Lang_DeviceIdExisted")));
         return int(GW_ERR_GENERAL);
     }
     CommDevice *device = m_builder.takePendingDevice();
@@ -270,7 +276,7 @@ int DevicesManager::deleteCommDevice(int nDeviceId)
     }
     if (rc != GW_OK) {
         COMM_LOG(CommLogInfo, "GW_PF_DeleteModule failed, moduid=%d, error=%x", nDeviceId, rc);
-        emit messageBox(2, qsLMTr(QStringLiteral("Lang_DeleteFail")));
+        emit messageBox(MessageBoxType::Error, qsLMTr(QStringLiteral("Lang_DeleteFail")));
         return int(rc);
     }
     removed->deleteLater();
@@ -281,7 +287,7 @@ int DevicesManager::deleteCommDevice(int nDeviceId)
 bool DevicesManager::changeDeviceName(int nDeviceId, QString strName)
 {
     if (strName.isEmpty()) {
-        emit messageBox(2, qsLMTr(QStringLiteral("Lang_NameEmpty")));
+        emit messageBox(MessageBoxType::Error, qsLMTr(QStringLiteral("Lang_NameEmpty")));
         return false;
     }
     CommDevice *device = nullptr;
@@ -295,7 +301,7 @@ bool DevicesManager::changeDeviceName(int nDeviceId, QString strName)
     }
     if (rc != GW_OK) {
         COMM_LOG(CommLogInfo, "GW_PF_UpdateModule failed, moduid=%d, error=%x", nDeviceId, rc);
-        emit messageBox(2, qsLMTr(QStringLiteral("Lang_NameError")));
+        emit messageBox(MessageBoxType::Error, qsLMTr(QStringLiteral("Lang_NameError")));
         return false;
     }
     device->setDeviceName(strName);
@@ -305,12 +311,12 @@ bool DevicesManager::changeDeviceName(int nDeviceId, QString strName)
 int DevicesManager::gwSendData(int nModuleId, QString msg, int nAddressId, int dataType, int nNum)
 {
     if (msg.isEmpty()) {
-        emit messageBox(2, qsLMTr(QStringLiteral("Lang_PmNameEmpty")));
+        emit messageBox(MessageBoxType::Error, qsLMTr(QStringLiteral("Lang_PmNameEmpty")));
         return int(GW_ERR_GENERAL);
     }
     const CommDevice *device = getDeviceById(nModuleId);
     if (device && !device->connectState()) {
-        emit messageBox(2, qsLMTr(QStringLiteral("Lang_OpenCommDev")));
+        emit messageBox(MessageBoxType::Error, qsLMTr(QStringLiteral("Lang_OpenCommDev")));
         return int(GW_ERR_GENERAL);
     }
     if (m_sendData.hexEnable())

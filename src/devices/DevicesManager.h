@@ -65,7 +65,7 @@ public:
 signals:
     void commDevicesChanged();
     void commDeviceListChanged();
-    void messageBox(int nMsgBoxType, QString strMsg);
+    void messageBox(int nMsgBoxType, QString strMsg); // nMsgBoxType: a MessageBoxType
 
 public slots:
     void HandleGWEvent(eGW_EVENT_TYPE eEventType, QSharedPointer<char> spData, int nDataLen);
@@ -76,6 +76,7 @@ private:
     // The first device with that id; the caller holds m_listMutex.
     CommDevice *findLocked(int id) const;
     void loadModule(const GW_MODULE_INFO &info);
+    void showAddFailed(const QString &reason);
 
     DeviceItemBuilder m_builder{this};
     mutable std::mutex m_listMutex; // the device list against the gateway's result threads

@@ -15,6 +15,12 @@ QString ERRORCODE_TR(int code, bool &untranslated)
     return text;
 }
 
+QString errorCodeText(int code)
+{
+    bool untranslated = false;
+    return ERRORCODE_TR(code, untranslated);
+}
+
 QString lumoraTr(const QString &key)
 {
     return LanguageHelper::Translate("Lumora", key.toUtf8().constData());

@@ -11,6 +11,8 @@ QString errorCodeKey(int code);
 // The message for a gateway error code; untranslated is set when the tables
 // have no entry (the key itself is returned then).
 QString ERRORCODE_TR(int code, bool &untranslated);
+// The same message, for callers that do not ask whether it was translated.
+QString errorCodeText(int code);
 
 // The translation of a user text key in the "Lumora" context.
 QString lumoraTr(const QString &key);

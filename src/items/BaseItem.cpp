@@ -5,6 +5,7 @@
 #include "ErrorCodeText.h"
 #include "GwParamRecord.h"
 #include "LanguageHelper.h"
+#include "MessageBoxType.h"
 
 namespace {
 const QString kCurValue = QStringLiteral("CurValue");
@@ -140,8 +141,7 @@ int BaseItem::gwWriteParam(const QByteArray &value, bool pendingIsSuccess)
     if (!accepted(int(rc), pendingIsSuccess)) {
         COMM_LOG(CommLogInfo, "GW_PF_SetModuleParam failed, [%s=%s] error=%x", objectName().toUtf8().constData(),
                  value.constData(), rc);
-        bool untranslated = false;
-        emit messageBox(2, ERRORCODE_TR(int(rc), untranslated));
+        emit messageBox(MessageBoxType::Error, errorCodeText(int(rc)));
     }
     return int(rc);
 }

@@ -92,7 +92,7 @@ signals:
     void visibilityChanged();
     void accessModeChanged();
     void enableChanged();
-    // A translated message for the operator (type 2 = error).
+    // A translated message for the operator; the type is a MessageBoxType.
     void messageBox(int nMsgBoxType, QString strMsg);
 
 protected:

@@ -4,6 +4,7 @@
 #include "CommLog.h"
 #include "ErrorCodeText.h"
 #include "GwPlatform.h"
+#include "MessageBoxType.h"
 
 #include <QHostAddress>
 #include <QNetworkInterface>
@@ -41,8 +42,7 @@ bool IPStringData::setIPString(const QString &ip)
     if (!IsIPv4(ip)) {
         COMM_LOG(CommLogInfo, "%s is not ipv4", ip.toUtf8().constData());
         // The operator is told why, as for an address the gateway refuses.
-        bool untranslated = false;
-        emit messageBox(2, ERRORCODE_TR(int(GW_ERR_INVALID_IP), untranslated));
+        emit messageBox(MessageBoxType::Error, errorCodeText(int(GW_ERR_INVALID_IP)));
         updateIPString(m_ipString); // the field shows the stored address again
         return false;
     }

@@ -82,9 +82,8 @@ int CommManagerModule::registerWithHost()
     if (result.status != CMD_STATUS_SUCCESS) {
         COMM_LOG(CommLogInfo, "query communication failed.error=%d,status=%d,message=%s", result.errorCode,
                  result.status, result.message);
-        bool untranslated = false;
         showError(lumoraTr(QStringLiteral("Lang_QueryCommMgrFailed")) + QStringLiteral(": ")
-                  + ERRORCODE_TR(result.errorCode, untranslated));
+                  + errorCodeText(result.errorCode));
         return result.errorCode;
     }
     if (query.answer.count == 0 || !query.answer.entries) {

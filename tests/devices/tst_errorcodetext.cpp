@@ -34,6 +34,7 @@ void tst_ErrorCodeText::errorCode()
     QCOMPARE(errorCodeKey(code), key);
     bool flag = !untranslated;
     QCOMPARE(ERRORCODE_TR(code, flag), text);
+    QCOMPARE(errorCodeText(code), text);
     QCOMPARE(flag, untranslated);
 }
 

@@ -1,8 +1,9 @@
 #include "RecvDataFormat.h"
-#include "LocalTimeText.h"
 
 #include <QDateTime>
 #include <array>
+#include <cstdio>
+#include <ctime>
 
 namespace {
 // "[XX]" for every byte value.
@@ -26,6 +27,22 @@ const HexTable &hexTable()
 bool isPrintable(unsigned char b)
 {
     return b >= 0x20 && b <= 0x7E;
+}
+
+// "yyyy-MM-dd hh:mm:ss" of a second since the epoch, in local time. Qt's date
+// formatting is not used: it goes through the system locale, whose first use
+// in a process is not thread safe in Qt 5.15 (concurrent first callers can get
+// an empty text), and stamps are made on gateway threads.
+QString localSecondText(qint64 secondsSinceEpoch)
+{
+    const std::time_t t = static_cast<std::time_t>(secondsSinceEpoch);
+    std::tm local{};
+    if (!localtime_r(&t, &local))
+        return QStringLiteral("0000-00-00 00:00:00");
+    char text[32];
+    const int n = std::snprintf(text, sizeof(text), "%04d-%02d-%02d %02d:%02d:%02d", local.tm_year + 1900,
+                                local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec);
+    return QString::fromLatin1(text, n > 0 && n < int(sizeof(text)) ? n : 0);
 }
 } // namespace
 
@@ -73,7 +90,7 @@ QString RecvDataFormat::timeStamp()
     const qint64 second = ms / 1000;
     if (second != cachedSecond) {
         cachedSecond = second;
-        cachedText = QString::fromLatin1(localSecondText(second) + '.');
+        cachedText = localSecondText(second) + QLatin1Char('.');
     }
     const int millis = int(ms % 1000);
     QString stamp = cachedText;

@@ -88,13 +88,13 @@ void DevicesManager::LoadDevices()
         return;
     }
     for (int i = 0; i < qBound(0, count, kMaxModules); ++i)
-        loadModule(records[size_t(i)]);
+        loadModule(records[size_t(i)], COMM_LOG_SITE);
     emit commDeviceListChanged();
 }
 
 // Display names cross as UTF-8 in both directions, so names typed in Chinese
-// come back as typed.
-void DevicesManager::loadModule(const GW_MODULE_INFO &info)
+// come back as typed. The records are LoadDevices' (site).
+void DevicesManager::loadModule(const GW_MODULE_INFO &info, const CommLogSite &site)
 {
     const QString type = fieldText(info.moduleType, GW_MODULE_TYPE_SIZE);
     if (!DeviceItemBuilder::communicationTypes().contains(type))
@@ -102,12 +102,12 @@ void DevicesManager::loadModule(const GW_MODULE_INFO &info)
     const QString name = fieldText(info.displayName, GW_MODULE_NAME_SIZE);
     const QByteArray typeText = type.toUtf8();
     const QByteArray nameText = name.toUtf8();
-    COMM_LOG(CommLogDetail, "loadAlgorithmTabXML[%s], deviceId=%d, deviceName=%s", typeText.constData(), info.moduleId,
-             nameText.constData());
+    COMM_LOG_AT(site, CommLogDetail, "loadAlgorithmTabXML[%s], deviceId=%d, deviceName=%s", typeText.constData(),
+                info.moduleId, nameText.constData());
     if (!loadAlgorithmTabXML(type) || !m_builder.pendingDevice())
         return;
-    COMM_LOG(CommLogDetail, "loadAlgorithmTabXML[%s] succ, deviceId=%d, deviceName=%s", typeText.constData(),
-             info.moduleId, nameText.constData());
+    COMM_LOG_AT(site, CommLogDetail, "loadAlgorithmTabXML[%s] succ, deviceId=%d, deviceName=%s", typeText.constData(),
+                info.moduleId, nameText.constData());
     CommDevice *device = m_builder.takePendingDevice();
     device->setDeviceID(info.moduleId);
     device->setDeviceName(name);
@@ -322,14 +322,25 @@ int DevicesManager::gwSendData(int nModuleId, QString msg, int nAddressId, int d
     if (m_sendData.hexEnable())
         msg = GeneralDeviceSendData::hexToString(msg);
     const QByteArray text = msg.toUtf8();
+    const char *call = nullptr;
+    uint32_t rc = GW_OK;
     switch (dataType) {
     case 0:
-        return int(GW_PF_WriteInt(nModuleId, nAddressId, nNum, text.constData()));
+        call = "GW_PF_WriteInt";
+        rc = GW_PF_WriteInt(nModuleId, nAddressId, nNum, text.constData());
+        break;
     case 1:
-        return int(GW_PF_WriteFloat(nModuleId, nAddressId, nNum, text.constData()));
+        call = "GW_PF_WriteFloat";
+        rc = GW_PF_WriteFloat(nModuleId, nAddressId, nNum, text.constData());
+        break;
     default:
-        return int(GW_PF_WriteString(nModuleId, nAddressId, text.constData()));
+        call = "GW_PF_WriteString";
+        rc = GW_PF_WriteString(nModuleId, nAddressId, text.constData());
+        break;
     }
+    if (rc != GW_OK)
+        COMM_LOG(CommLogInfo, "%s failed, moduid=%d, addressId=%d, error=%x", call, nModuleId, nAddressId, rc);
+    return int(rc);
 }
 
 void DevicesManager::HandleGWEvent(eGW_EVENT_TYPE eEventType, QSharedPointer<char> spData, int nDataLen)

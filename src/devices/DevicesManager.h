@@ -22,6 +22,8 @@ namespace tinyxml2 {
 class XMLElement;
 }
 
+struct CommLogSite;
+
 class DevicesManager : public QObject
 {
     Q_OBJECT
@@ -75,7 +77,7 @@ private:
     DevicesManager();
     // The first device with that id; the caller holds m_listMutex.
     CommDevice *findLocked(int id) const;
-    void loadModule(const GW_MODULE_INFO &info);
+    void loadModule(const GW_MODULE_INFO &info, const CommLogSite &site);
     void showAddFailed(const QString &reason);
 
     DeviceItemBuilder m_builder{this};

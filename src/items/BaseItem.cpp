@@ -117,17 +117,22 @@ int BaseItem::SetModuleParam()
 
 int BaseItem::GwGetModuleParam()
 {
+    if (!hasGatewayValue())
+        return 0;
+    const CommDevice *owner = device();
+    const int moduleId = owner ? owner->deviceID() : int(m_moduID);
+    QByteArray value;
+    const uint32_t rc = GwParamRecord::readOne(moduleId, objectName().toUtf8(), value);
+    if (rc != GW_OK) {
+        COMM_LOG(CommLogInfo, "GW_PF_GetModuleParam failed, error=%x", rc);
+        return int(rc);
+    }
+    takeGatewayValue(value);
     return 0;
 }
 
-int BaseItem::gwReadParam(QByteArray &value)
+void BaseItem::takeGatewayValue(const QByteArray &)
 {
-    const CommDevice *owner = device();
-    const int moduleId = owner ? owner->deviceID() : int(m_moduID);
-    const uint32_t rc = GwParamRecord::readOne(moduleId, objectName().toUtf8(), value);
-    if (rc != GW_OK)
-        COMM_LOG(CommLogInfo, "GW_PF_GetModuleParam failed, error=%x", rc);
-    return int(rc);
 }
 
 bool BaseItem::accepted(int rc, bool pendingIsSuccess)
@@ -135,15 +140,20 @@ bool BaseItem::accepted(int rc, bool pendingIsSuccess)
     return rc == 0 || (pendingIsSuccess && quint32(rc) == GW_ERR_PENDING_REOPEN);
 }
 
-int BaseItem::gwWriteParam(const QByteArray &value, bool pendingIsSuccess)
+int BaseItem::writeParam(const QByteArray &value, bool pendingIsSuccess)
 {
     const uint32_t rc = GwParamRecord::writeOne(int(m_moduID), objectName().toUtf8(), value);
-    if (!accepted(int(rc), pendingIsSuccess)) {
-        COMM_LOG(CommLogInfo, "GW_PF_SetModuleParam failed, [%s=%s] error=%x", objectName().toUtf8().constData(),
-                 value.constData(), rc);
+    if (!accepted(int(rc), pendingIsSuccess))
         emit messageBox(MessageBoxType::Error, errorCodeText(int(rc)));
-    }
     return int(rc);
+}
+
+int BaseItem::writeParamLogged(const QByteArray &value, const CommLogSite &site)
+{
+    const int rc = writeParam(value);
+    if (rc != 0)
+        COMM_LOG_AT(site, CommLogInfo, "GW_PF_SetModuleParam failed, error=%x", unsigned(rc));
+    return rc;
 }
 
 // With the any-match flag clear only the first condition counts; with it set,

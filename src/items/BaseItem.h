@@ -12,6 +12,7 @@
 
 class CommDevice;
 class BaseItem;
+struct CommLogSite;
 
 // Common attributes of one parameter item, read from its XML element.
 struct _S_Comm_BasicDefaultInfo_ {
@@ -82,7 +83,9 @@ public:
     virtual QString CurValue() const;
     // Writes the current value to the gateway; returns the gateway code.
     virtual int SetModuleParam();
-    // Reads the value from the gateway; returns the gateway code.
+    // Reads the item's value (key = its name) from its device's module and
+    // takes it with takeGatewayValue(); returns the gateway code. An item
+    // without a gateway value reads nothing and returns 0.
     virtual int GwGetModuleParam();
 
 signals:
@@ -96,12 +99,20 @@ signals:
     void messageBox(int nMsgBoxType, QString strMsg);
 
 protected:
-    // One-entry gateway record keyed by the item's name: read with the owning
-    // device's id, written with the item's own moduID. Failures are logged and
-    // returned; a failed write also shows the translated error to the operator.
-    int gwReadParam(QByteArray &value);
-    // pendingIsSuccess: 0xE000010C ("takes effect when next opened") counts as accepted.
-    int gwWriteParam(const QByteArray &value, bool pendingIsSuccess = true);
+    // Items that hold a gateway parameter under their name say so and take
+    // the text that GwGetModuleParam read.
+    virtual bool hasGatewayValue() const { return false; }
+    virtual void takeGatewayValue(const QByteArray &value);
+
+    // Writes value under the item's name to its own moduID and returns the
+    // gateway code; a refusal is shown to the operator. pendingIsSuccess:
+    // 0xE000010C ("takes effect when next opened") counts as accepted. The
+    // caller logs a failure with its own text.
+    int writeParam(const QByteArray &value, bool pendingIsSuccess = true);
+    // writeParam with a failure logged as "GW_PF_SetModuleParam failed,
+    // error=%x" for the caller's site: the write of the items that follow the
+    // Integer's pattern.
+    int writeParamLogged(const QByteArray &value, const CommLogSite &site);
     static bool accepted(int rc, bool pendingIsSuccess = true);
 
 private:

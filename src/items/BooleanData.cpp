@@ -1,7 +1,7 @@
 #include "BooleanData.h"
 
 #include "CommDevice.h"
-#include "GwParamRecord.h"
+#include "CommLog.h"
 
 namespace CommunicationControl {
 
@@ -33,18 +33,9 @@ QString BooleanData::CurValue() const
     return QString::fromLatin1(GwParamRecord::boolText(m_curValue));
 }
 
-int BooleanData::GwGetModuleParam()
-{
-    QByteArray value;
-    const int rc = gwReadParam(value);
-    if (rc == 0)
-        updateCurValue(GwParamRecord::isTrueText(value));
-    return rc;
-}
-
 int BooleanData::GwSetModuleParam(bool value)
 {
-    return gwWriteParam(GwParamRecord::boolText(value));
+    return writeParamLogged(GwParamRecord::boolText(value), COMM_LOG_SITE);
 }
 
 } // namespace CommunicationControl

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "BaseItem.h"
+#include "GwParamRecord.h"
 
 namespace CommunicationControl {
 
@@ -18,12 +19,15 @@ public:
     void setCurValue(bool value);
 
     QString CurValue() const override;
-    int GwGetModuleParam() override;
     int GwSetModuleParam(bool value);
     int SetModuleParam() override { return GwSetModuleParam(m_curValue); }
 
 signals:
     void curValueChanged();
+
+protected:
+    bool hasGatewayValue() const override { return true; }
+    void takeGatewayValue(const QByteArray &value) override { updateCurValue(GwParamRecord::isTrueText(value)); }
 
 private:
     bool m_curValue = false;

@@ -1,6 +1,7 @@
 #include "EndCharData.h"
 
 #include "CommDevice.h"
+#include "CommLog.h"
 #include "GwParamRecord.h"
 
 namespace {
@@ -55,20 +56,16 @@ void EndCharData::setMaxLength(int length)
     emit maxLengthChanged();
 }
 
-int EndCharData::GwGetModuleParam()
+void EndCharData::takeGatewayValue(const QByteArray &value)
 {
-    QByteArray value;
-    const int rc = gwReadParam(value);
-    if (rc == 0)
-        updateCurValue(endCharByte2QString(value.constData()));
-    return rc;
+    updateCurValue(endCharByte2QString(value.constData()));
 }
 
 int EndCharData::GwSetModuleParam(const QString &shown)
 {
     char bytes[kEndCharBufferSize] = {};
     endCharQString2byte(shown, bytes, sizeof(bytes));
-    return gwWriteParam(QByteArray(bytes));
+    return writeParamLogged(QByteArray(bytes), COMM_LOG_SITE);
 }
 
 } // namespace CommunicationControl

@@ -22,13 +22,16 @@ public:
     void setMaxLength(int length);
 
     QString CurValue() const override { return m_curValue; }
-    int GwGetModuleParam() override;
     int GwSetModuleParam(const QString &shown);
     int SetModuleParam() override { return GwSetModuleParam(m_curValue); }
 
 signals:
     void curValueChanged();
     void maxLengthChanged();
+
+protected:
+    bool hasGatewayValue() const override { return true; }
+    void takeGatewayValue(const QByteArray &value) override;
 
 private:
     QString m_curValue;

@@ -68,18 +68,14 @@ void EnumEntryCOMData::setCurIndex(int index)
     emit curIndexChanged();
 }
 
-int EnumEntryCOMData::GwGetModuleParam()
-{
-    QByteArray value;
-    const int rc = gwReadParam(value);
-    if (rc == 0)
-        selectPort(QString::fromUtf8(value));
-    return rc;
-}
-
+// Writes the chosen port (a failure is not undone: the choice stays shown).
 int EnumEntryCOMData::SetModuleParam()
 {
-    return gwWriteParam(CurValue().toUtf8());
+    const QByteArray port = CurValue().toUtf8();
+    const int rc = writeParam(port);
+    if (rc != 0)
+        COMM_LOG(CommLogInfo, "GwSetModuleParam [%s] failed, error=%x", port.constData(), unsigned(rc));
+    return rc;
 }
 
 } // namespace CommunicationControl

@@ -26,12 +26,15 @@ public:
     void selectPort(const QString &port);
 
     QString CurValue() const override;
-    int GwGetModuleParam() override;
     int SetModuleParam() override;
 
 signals:
     void comsChanged();
     void curIndexChanged();
+
+protected:
+    bool hasGatewayValue() const override { return true; }
+    void takeGatewayValue(const QByteArray &value) override { selectPort(QString::fromUtf8(value)); }
 
 private:
     QStringList m_coms;

@@ -1,5 +1,6 @@
 #include "EnumerationData.h"
 
+#include "CommLog.h"
 #include "ErrorCodeText.h"
 #include "GwPlatform.h"
 
@@ -64,24 +65,25 @@ QString EnumerationData::CurValue() const
     return QString::number(m_entries.at(m_curIndex).value);
 }
 
-int EnumerationData::GwGetModuleParam()
+void EnumerationData::takeGatewayValue(const QByteArray &value)
 {
-    QByteArray value;
-    const int rc = gwReadParam(value);
-    if (rc != 0)
-        return rc;
     bool ok = false;
     const int index = indexOfValue(value.toInt(&ok));
     if (ok && index >= 0)
         updateCurIndex(index);
-    return rc;
 }
 
+// No answer counts as accepted here, not even 0xE000010C.
 int EnumerationData::SetModuleParam(int index)
 {
     if (index < 0 || index >= m_entries.size())
         return int(GW_ERR_INVALID_ARGUMENT);
-    return gwWriteParam(QByteArray::number(m_entries.at(index).value), false);
+    const QByteArray value = QByteArray::number(m_entries.at(index).value);
+    const int rc = writeParam(value, false);
+    if (rc != 0)
+        COMM_LOG(CommLogInfo, "GwSetModuleParam [%s=%s] failed, error=%x", objectName().toUtf8().constData(),
+                 value.constData(), unsigned(rc));
+    return rc;
 }
 
 } // namespace CommunicationControl

@@ -41,13 +41,17 @@ public:
     void setMessageTip(bool show, QString &tip);
 
     QString CurValue() const override;
-    int GwGetModuleParam() override;
     int SetModuleParam(int index);
     int SetModuleParam() override { return SetModuleParam(m_curIndex); }
 
 signals:
     void enumsChanged();
     void curIndexChanged();
+
+protected:
+    bool hasGatewayValue() const override { return true; }
+    // A value that names no entry keeps the current index.
+    void takeGatewayValue(const QByteArray &value) override;
 
 private:
     QList<_S_EnumeraInfo_> m_entries;

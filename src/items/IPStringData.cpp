@@ -47,7 +47,7 @@ bool IPStringData::setIPString(const QString &ip)
         return false;
     }
     const CommDevice *owner = device();
-    if (owner && owner->deviceID() >= 1 && !accepted(gwWriteParam(ip.toUtf8()))) {
+    if (owner && owner->deviceID() >= 1 && !accepted(GwSetModuleParam(ip))) {
         updateIPString(m_ipString);
         return false;
     }
@@ -55,22 +55,18 @@ bool IPStringData::setIPString(const QString &ip)
     return true;
 }
 
-int IPStringData::GwGetModuleParam()
+int IPStringData::GwSetModuleParam(const QString &ip)
 {
-    QByteArray value;
-    const int rc = gwReadParam(value);
-    if (rc == 0)
-        updateIPString(QString::fromUtf8(value));
-    return rc;
+    return writeParamLogged(ip.toUtf8(), COMM_LOG_SITE);
 }
 
 // The gateway's view of this host's addresses; the host's own interfaces when
 // the gateway cannot tell. "0.0.0.0" (all addresses) is always offered first.
 void IPStringData::GwGetLocalIpList()
 {
-    char buffer[kIpListBufferSize] = {};
+    char buffer[kIpListBufferSize + 1] = {}; // a NUL after whatever the gateway fills in
     int length = 0;
-    const uint32_t rc = GW_PF_GetLocalIpList(buffer, sizeof(buffer) - 1, &length);
+    const uint32_t rc = GW_PF_GetLocalIpList(buffer, kIpListBufferSize, &length);
     if (rc != GW_OK) {
         COMM_LOG(CommLogInfo, "GW_PF_GetLocalIpList failed, error=%x", rc);
         GetQtLocalIpList();

@@ -29,13 +29,17 @@ public:
     static bool IsIPv4(const QString &text);
 
     QString CurValue() const override { return m_ipString; }
-    int GwGetModuleParam() override;
+    int GwSetModuleParam(const QString &ip);
     // Writes the address when it has one; an empty field leaves the gateway's default.
-    int SetModuleParam() override { return IsIPv4(m_ipString) ? gwWriteParam(m_ipString.toUtf8()) : 0; }
+    int SetModuleParam() override { return IsIPv4(m_ipString) ? GwSetModuleParam(m_ipString) : 0; }
 
 signals:
     void ipStringChanged();
     void ipListChanged();
+
+protected:
+    bool hasGatewayValue() const override { return true; }
+    void takeGatewayValue(const QByteArray &value) override { updateIPString(QString::fromUtf8(value)); }
 
 private:
     void GwGetLocalIpList();

@@ -60,18 +60,14 @@ void IntegerData::setStepValue(int value)
     emit stepValueChanged();
 }
 
-int IntegerData::GwGetModuleParam()
+void IntegerData::takeGatewayValue(const QByteArray &value)
 {
-    QByteArray value;
-    const int rc = gwReadParam(value);
-    if (rc == 0)
-        updateCurValue(int(std::strtol(value.constData(), nullptr, 10)));
-    return rc;
+    updateCurValue(int(std::strtol(value.constData(), nullptr, 10)));
 }
 
 int IntegerData::GwSetModuleParam(int value)
 {
-    return gwWriteParam(QByteArray::number(value));
+    return writeParamLogged(QByteArray::number(value), COMM_LOG_SITE);
 }
 
 void IntegerData::setMessageTip(bool show, QString &tip)

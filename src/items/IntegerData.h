@@ -32,7 +32,6 @@ public:
     void setMessageTip(bool show, QString &tip);
 
     QString CurValue() const override { return QString::number(m_currentValue); }
-    int GwGetModuleParam() override;
     int GwSetModuleParam(int value);
     int SetModuleParam() override { return GwSetModuleParam(m_currentValue); }
 
@@ -41,6 +40,10 @@ signals:
     void minValueChanged();
     void maxValueChanged();
     void stepValueChanged();
+
+protected:
+    bool hasGatewayValue() const override { return true; }
+    void takeGatewayValue(const QByteArray &value) override;
 
 private:
     QString reservedPortsTip();

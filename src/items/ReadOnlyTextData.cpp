@@ -13,13 +13,4 @@ void ReadOnlyTextData::updateCurValue(const QString &value)
     emit curValueChanged();
 }
 
-int ReadOnlyTextData::GwGetModuleParam()
-{
-    QByteArray value;
-    const int rc = gwReadParam(value);
-    if (rc == 0)
-        updateCurValue(QString::fromUtf8(value));
-    return rc;
-}
-
 } // namespace CommunicationControl

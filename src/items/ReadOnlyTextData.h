@@ -17,10 +17,13 @@ public:
     void updateCurValue(const QString &value);
 
     QString CurValue() const override { return m_curValue; }
-    int GwGetModuleParam() override;
 
 signals:
     void curValueChanged();
+
+protected:
+    bool hasGatewayValue() const override { return true; }
+    void takeGatewayValue(const QByteArray &value) override { updateCurValue(QString::fromUtf8(value)); }
 
 private:
     QString m_curValue;

@@ -66,7 +66,7 @@ void CommManagerModule::onHostLeaves()
         hide();
 }
 
-int CommManagerModule::registerWithHost()
+int CommManagerModule::registerWithHost(const CommLogSite &site)
 {
     const auto service = commandService();
     QueryCommand<MODULE_INFO_LIST_CONDITION_BY_TYPE__, MODULE_INFO_LIST__> query;
@@ -80,7 +80,7 @@ int CommManagerModule::registerWithHost()
         std::snprintf(result.message, sizeof(result.message), "%s", "no command service");
     }
     if (result.status != CMD_STATUS_SUCCESS) {
-        COMM_LOG(CommLogInfo, "query communication failed.error=%d,status=%d,message=%s", result.errorCode,
+        COMM_LOG_AT(site, CommLogInfo, "query communication failed.error=%d,status=%d,message=%s", result.errorCode,
                  result.status, result.message);
         showError(lumoraTr(QStringLiteral("Lang_QueryCommMgrFailed")) + QStringLiteral(": ")
                   + errorCodeText(result.errorCode));
@@ -93,18 +93,18 @@ int CommManagerModule::registerWithHost()
         std::snprintf(add.displayName, sizeof(add.displayName), "%s", "通信管理");
         const COMMAND_RESULT__ added = service->Execute(add);
         if (added.status == CMD_STATUS_ERROR) {
-            COMM_LOG(CommLogInfo, "add communication module failed.error=%d,status=%d,message=%s", added.errorCode,
+            COMM_LOG_AT(site, CommLogInfo, "add communication module failed.error=%d,status=%d,message=%s", added.errorCode,
                      added.status, added.message);
             showError(lumoraTr(QStringLiteral("Lang_CommMagrCreateFailed")));
             return added.errorCode;
         }
     } else {
-        COMM_LOG(CommLogDetail, "communication already existed. moduleID=%d", query.answer.entries[0].moduleId);
+        COMM_LOG_AT(site, CommLogDetail, "communication already existed. moduleID=%d", query.answer.entries[0].moduleId);
     }
     return 0;
 }
 
-int CommManagerModule::queryGatewayPort(QString &port)
+int CommManagerModule::queryGatewayPort(QString &port, const CommLogSite &site)
 {
     const auto service = commandService();
     QueryCommand<RUN_PARAM_CONDITION__, ILMX_MODULE_PARAM__> query;
@@ -112,7 +112,7 @@ int CommManagerModule::queryGatewayPort(QString &port)
     std::snprintf(query.condition.paramName, sizeof(query.condition.paramName), "%s", "GetProxyInitPort");
     const COMMAND_RESULT__ result = service->Execute(query);
     if (result.status == CMD_STATUS_ERROR) {
-        COMM_LOG(CommLogInfo, "GetProxyInitPort faile.error=%d,status=%d,message=%s", result.errorCode,
+        COMM_LOG_AT(site, CommLogInfo, "GetProxyInitPort faile.error=%d,status=%d,message=%s", result.errorCode,
                  result.status, result.message);
         showError(lumoraTr(QStringLiteral("Lang_GetProxyInitPortFailed")));
         return result.errorCode;
@@ -129,10 +129,10 @@ int CommManagerModule::Init(QString, QString)
         COMM_LOG(CommLogInfo, "CommManagerModule already Inited, leave");
         return 0;
     }
-    if (const int rc = registerWithHost())
+    if (const int rc = registerWithHost(COMM_LOG_SITE))
         return rc;
     QString port;
-    if (const int rc = queryGatewayPort(port))
+    if (const int rc = queryGatewayPort(port, COMM_LOG_SITE))
         return rc;
 
     const QByteArray portText = port.toUtf8();

@@ -6,6 +6,8 @@
 #include <QQuickView>
 #include <QString>
 
+struct CommLogSite;
+
 class CommManagerModule : public QQuickView
 {
     Q_OBJECT
@@ -28,8 +30,9 @@ protected:
     bool event(QEvent *event) override;
 
 private:
-    int registerWithHost();
-    int queryGatewayPort(QString &port);
+    // Init's steps; their records are Init's (site).
+    int registerWithHost(const CommLogSite &site);
+    int queryGatewayPort(QString &port, const CommLogSite &site);
     void publishToQml();
     void centreOnPrimaryScreen();
     void onHostLeaves();

@@ -1,3 +1,4 @@
+#include "CapturedLog.h"
 #include "CommDevice.h"
 #include "DevicesManager.h"
 #include "FakeGateway.h"
@@ -28,6 +29,8 @@ private slots:
     void rename();
     void send_data();
     void send();
+    void send_refusedByGateway_isLogged_data();
+    void send_refusedByGateway_isLogged();
     void event_data();
     void event();
     void event_payloadIsCopiedBeforeTheCallbackReturns();
@@ -119,6 +122,13 @@ void tst_DevicesManager::load_keepsCommunicationTypesAndReadsTheirParameters()
             QVERIFY(!item->baseData()->enable());
     }
     QCOMPARE(port, QStringLiteral("9100"));
+    // The records of a loaded module are LoadDevices'; a skipped type leaves none.
+    const QStringList lines = capturedLogLines();
+    const QString loading = QStringLiteral("[CommManager] [LoadDevices] loadAlgorithmTabXML[TcpClientModule]%1, "
+                                           "deviceId=%2, deviceName=Robot");
+    QCOMPARE(lines.count(loading.arg(QString()).arg(id)), 1);
+    QCOMPARE(lines.count(loading.arg(QStringLiteral(" succ")).arg(id)), 1);
+    QVERIFY(lines.filter(QStringLiteral("Camera")).isEmpty());
 }
 
 void tst_DevicesManager::load_readsAtMost256Modules()
@@ -308,6 +318,30 @@ void tst_DevicesManager::send()
         if (dataType != 2)
             QCOMPARE(call.number, 2); // the value count
     }
+}
+
+void tst_DevicesManager::send_refusedByGateway_isLogged_data()
+{
+    QTest::addColumn<int>("dataType");
+    QTest::addColumn<QString>("function");
+    QTest::newRow("integers") << 0 << "WriteInt";
+    QTest::newRow("floats") << 1 << "WriteFloat";
+    QTest::newRow("text") << 2 << "WriteString";
+}
+
+void tst_DevicesManager::send_refusedByGateway_isLogged()
+{
+    QFETCH(int, dataType);
+    QFETCH(QString, function);
+    const int id = addDevice(QStringLiteral("TcpServerModule"), QStringLiteral("d"));
+    m_mgr->getDeviceById(id)->updateConState(true);
+    m_gw.answer(function, GW_ERR_WRITE_FAILED);
+    HostLog::clearCaptured();
+    QCOMPARE(m_mgr->gwSendData(id, QStringLiteral("1"), 4, dataType), int(GW_ERR_WRITE_FAILED));
+    QCOMPARE(capturedLogLines(), QStringList{QStringLiteral("[CommManager] [gwSendData] GW_PF_%1 failed, moduid=%2, "
+                                                            "addressId=4, error=e0000017")
+                                                 .arg(function)
+                                                 .arg(id)});
 }
 
 void tst_DevicesManager::event_data()

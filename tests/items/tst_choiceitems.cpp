@@ -76,6 +76,7 @@ void tst_ChoiceItems::ipString_onlyLocalKeysOfferTheHostList()
     auto *local = buildItem<IPString>(device, "<IPString Name=\"LocalIP\"/>");
     QVERIFY(local->data()->isHostIP());
     QCOMPARE(local->data()->ipList(), QStringList({"0.0.0.0", "127.0.0.1"}));
+    QCOMPARE(m_gw.lastCall(QStringLiteral("GetLocalIpList")).number, 512); // the buffer's whole size
 }
 
 void tst_ChoiceItems::endChar_conversions_data()

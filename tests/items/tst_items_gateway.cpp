@@ -5,11 +5,13 @@
 // The slots run in declaration order and share the devices made in
 // initTestCase: values written first are the ones read back after the restart.
 #include "BaseItemProxy.h"
+#include "CapturedLog.h"
 #include "CommDevice.h"
 #include "DevicesManager.h"
 #include "GatewayProcess.h"
 #include "GwParamRecord.h"
 #include "GwPlatform.h"
+#include "MessageBoxType.h"
 #include "HostConfig.h"
 #include "Slog.h"
 
@@ -180,11 +182,12 @@ void tst_ItemsGateway::refusedValue_leavesModelAndGatewayUnchanged_data()
     };
     const char badIp[] = "Not a valid IPv4 address";
     row("target port 70000", "TcpClientModule", "TargetPort", "currentValue", 70000,
-        "The port must be between 1 and 65535", "GW_PF_SetModuleParam failed, [TargetPort=70000] error=e0000010");
+        "The port must be between 1 and 65535",
+        "[CommManager] [GwSetModuleParam] GW_PF_SetModuleParam failed, error=e0000010");
     row("target address with leading zeros", "TcpClientModule", "TargetIP", "ipString", "192.168.001.10", badIp,
-        "192.168.001.10 is not ipv4");
+        "[CommManager] [setIPString] 192.168.001.10 is not ipv4");
     row("target address with a trailing blank", "UdpModule", "TargetIP", "ipString", "192.168.1.10 ", badIp,
-        "192.168.1.10  is not ipv4");
+        "[CommManager] [setIPString] 192.168.1.10  is not ipv4");
 }
 
 void tst_ItemsGateway::refusedValue_leavesModelAndGatewayUnchanged()
@@ -206,10 +209,9 @@ void tst_ItemsGateway::refusedValue_leavesModelAndGatewayUnchanged()
     QCOMPARE(shown(row.data, row.property), shownBefore);
     QCOMPARE(notified.count(), 1); // the bound field snaps back
     QCOMPARE(boxes.count(), 1);
-    QCOMPARE(boxes.first().at(0).toInt(), 2);
+    QCOMPARE(boxes.first().at(0).toInt(), int(MessageBoxType::Error));
     QCOMPARE(boxes.first().at(1).toString(), error);
-    QVERIFY2(HostLog::capturedMessages().filter(logLine).size() == 1,
-             qPrintable(HostLog::capturedMessages().join('\n')));
+    QVERIFY2(capturedLogLines().count(logLine) == 1, qPrintable(capturedLogLines().join('\n')));
 }
 
 void tst_ItemsGateway::restart_reloadsEveryDevice()

@@ -1,3 +1,4 @@
+#include "CapturedLog.h"
 #include "CommManagerModule.h"
 #include "FakeGateway.h"
 
@@ -135,7 +136,7 @@ void tst_CommManagerModule::init_failure()
     CommManagerModule module;
     QCOMPARE(module.Init(QString(), QString()), errorCode);
     QVERIFY(!module.isInited());
-    QCOMPARE(linesContaining(logLine), 1);
+    QCOMPARE(capturedLogLines().count(QStringLiteral("[CommManager] [Init] ") + logLine), 1);
     QCOMPARE(QUICore::shownMessageBoxes().size(), 1);
     QCOMPARE(QUICore::shownMessageBoxes().first().text, boxText);
     QCOMPARE(QUICore::shownMessageBoxes().first().type, 0);
@@ -157,10 +158,10 @@ void tst_CommManagerModule::init_hostAlreadyKnowsModule_addsNothing()
     CommManagerModule second;
     QCOMPARE(second.Init(QString(), QString()), 0);
     QCOMPARE(m_registry->executedCount(ModuleRegistry::AddModule), addsBefore);
-    bool found = false;
-    for (const LogRecord &r : HostLog::captured())
-        found |= r.level == 2 && r.message.endsWith(QLatin1String("communication already existed. moduleID=10999"));
-    QVERIFY(found);
+    const QStringList lines = capturedLogLines();
+    const int existed = lines.indexOf(QStringLiteral("[CommManager] [Init] communication already existed. moduleID=10999"));
+    QVERIFY(existed >= 0);
+    QCOMPARE(HostLog::captured().at(existed).level, 2);
 }
 
 void tst_CommManagerModule::init_portNotANumber_passesPortZero()

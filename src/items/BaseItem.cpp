@@ -142,6 +142,8 @@ bool BaseItem::accepted(int rc, bool pendingIsSuccess)
 
 int BaseItem::writeParam(const QByteArray &value, bool pendingIsSuccess)
 {
+    if (!inGateway())
+        return 0;
     const uint32_t rc = GwParamRecord::writeOne(int(m_moduID), objectName().toUtf8(), value);
     if (!accepted(int(rc), pendingIsSuccess))
         emit messageBox(MessageBoxType::Error, errorCodeText(int(rc)));

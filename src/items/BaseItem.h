@@ -104,10 +104,16 @@ protected:
     virtual bool hasGatewayValue() const { return false; }
     virtual void takeGatewayValue(const QByteArray &value);
 
+    // Whether the item's device exists in the gateway: its module id (set by
+    // the device's setDeviceID) is a gateway id, not 0 as on a device that the
+    // Create dialog is still preparing.
+    bool inGateway() const { return int(m_moduID) >= 1; }
     // Writes value under the item's name to its own moduID and returns the
     // gateway code; a refusal is shown to the operator. pendingIsSuccess:
     // 0xE000010C ("takes effect when next opened") counts as accepted. The
-    // caller logs a failure with its own text.
+    // caller logs a failure with its own text. Before the item is in the
+    // gateway nothing is written and 0 is returned: the value is taken, and
+    // the device's setModuleParams writes it when the device is created.
     int writeParam(const QByteArray &value, bool pendingIsSuccess = true);
     // writeParam with a failure logged as "GW_PF_SetModuleParam failed,
     // error=%x" for the caller's site: the write of the items that follow the

@@ -1,6 +1,5 @@
 #include "BooleanData.h"
 
-#include "CommDevice.h"
 #include "CommLog.h"
 
 namespace CommunicationControl {
@@ -19,11 +18,6 @@ void BooleanData::updateCurValue(bool value)
 
 void BooleanData::setCurValue(bool value)
 {
-    const CommDevice *owner = device();
-    if (!owner || owner->deviceID() < 1) {
-        updateCurValue(value);
-        return;
-    }
     const bool old = m_curValue;
     updateCurValue(accepted(GwSetModuleParam(value)) ? value : old);
 }

@@ -1,6 +1,5 @@
 #include "EndCharData.h"
 
-#include "CommDevice.h"
 #include "CommLog.h"
 #include "GwParamRecord.h"
 
@@ -41,11 +40,6 @@ void EndCharData::updateCurValue(const QString &value)
 
 void EndCharData::setCurValue(const QString &value)
 {
-    const CommDevice *owner = device();
-    if (!owner || owner->deviceID() < 1) {
-        updateCurValue(value);
-        return;
-    }
     const QString old = m_curValue;
     updateCurValue(accepted(GwSetModuleParam(value)) ? value : old);
 }

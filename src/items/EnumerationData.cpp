@@ -42,14 +42,12 @@ void EnumerationData::updateCurIndex(int index)
     TriggerAssociatedEvents();
 }
 
-// Module id 0 (a device not yet in the gateway) takes any index; otherwise a
-// refused write keeps the old one. The view is told the index either way.
+// A refused write keeps the old index (an item of a device not yet created in
+// the gateway writes nothing and takes it, BaseItem::writeParam). The view is
+// told the index either way.
 void EnumerationData::setCurIndex(int index)
 {
-    int result = index;
-    if (moduID() != 0 && SetModuleParam(index) != 0)
-        result = m_curIndex;
-    updateCurIndex(result);
+    updateCurIndex(SetModuleParam(index) == 0 ? index : m_curIndex);
 }
 
 void EnumerationData::setMessageTip(bool show, QString &tip)

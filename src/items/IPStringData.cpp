@@ -1,6 +1,5 @@
 #include "IPStringData.h"
 
-#include "CommDevice.h"
 #include "CommLog.h"
 #include "ErrorCodeText.h"
 #include "GwPlatform.h"
@@ -46,8 +45,7 @@ bool IPStringData::setIPString(const QString &ip)
         updateIPString(m_ipString); // the field shows the stored address again
         return false;
     }
-    const CommDevice *owner = device();
-    if (owner && owner->deviceID() >= 1 && !accepted(GwSetModuleParam(ip))) {
+    if (!accepted(GwSetModuleParam(ip))) {
         updateIPString(m_ipString);
         return false;
     }

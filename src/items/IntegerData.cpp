@@ -1,6 +1,5 @@
 #include "IntegerData.h"
 
-#include "CommDevice.h"
 #include "CommLog.h"
 #include "ErrorCodeText.h"
 #include "GwPlatform.h"
@@ -27,19 +26,13 @@ void IntegerData::updateCurValue(int value)
     emit currentValueChanged();
 }
 
-// A device not yet created in the gateway (id < 1) takes the value at once;
-// otherwise the gateway decides and a refusal puts the old value back.
+// The gateway decides (an item of a device not yet created in it takes the
+// value at once, BaseItem::writeParam); a refusal puts the old value back.
 void IntegerData::setCurrentValue(int value)
 {
-    const CommDevice *owner = device();
-    Q_ASSERT(owner);
-    if (!owner || owner->deviceID() < 1) {
-        updateCurValue(value);
-        return;
-    }
+    Q_ASSERT(device());
     const int old = m_currentValue;
-    const int rc = GwSetModuleParam(value);
-    updateCurValue(accepted(rc) ? value : old);
+    updateCurValue(accepted(GwSetModuleParam(value)) ? value : old);
 }
 
 void IntegerData::setMinValue(int value)

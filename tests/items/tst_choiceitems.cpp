@@ -129,7 +129,6 @@ void tst_ChoiceItems::enumeration_setCurIndex_data()
     QTest::newRow("written") << 6 << quint32(0) << 2 << 1;
     QTest::newRow("refused keeps the old index") << 6 << quint32(GW_ERR_INVALID_VALUE) << 1 << 1;
     QTest::newRow("reopen answer is a refusal here") << 6 << quint32(GW_ERR_PENDING_REOPEN) << 1 << 1;
-    QTest::newRow("module id 0 takes any index") << 0 << quint32(GW_ERR_INVALID_VALUE) << 2 << 0;
 }
 
 void tst_ChoiceItems::enumeration_setCurIndex()

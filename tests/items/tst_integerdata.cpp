@@ -56,7 +56,6 @@ void tst_IntegerData::setCurrentValue_data()
     QTest::addColumn<int>("writes");
     QTest::newRow("negative written with a minus") << 3 << -5 << quint32(0) << -5 << 1;
     QTest::newRow("takes effect on reopen counts as accepted") << 3 << 9001 << quint32(GW_ERR_PENDING_REOPEN) << 9001 << 1;
-    QTest::newRow("device not in the gateway") << 0 << 7 << quint32(GW_ERR_INVALID_PORT) << 7 << 0;
 }
 
 void tst_IntegerData::setCurrentValue()

@@ -27,12 +27,16 @@ private slots:
     void cleanup();
     void gatewayFailures_data();
     void gatewayFailures();
+    void deviceNotCreated_valueWrittenOnCreation_data();
+    void deviceNotCreated_valueWrittenOnCreation();
 
 private:
     // One row per kind: its element, the QML property the operator edits and
     // the value entered, the record that value writes, and the text a refused
-    // write logs (empty: the kind writes nothing).
-    static void kindRows();
+    // write logs. The kinds without a value to enter come last, unless left out.
+    static void kindRows(bool withoutValue);
+    // The current row's item, built on device; null when it cannot be built.
+    static BaseItem *rowItem(CommDevice &device);
 
     FakeGateway &m_gw = FakeGateway::instance();
 };
@@ -58,7 +62,7 @@ void tst_ItemKinds::cleanup()
     HostLog::setCaptureEnabled(false);
 }
 
-void tst_ItemKinds::kindRows()
+void tst_ItemKinds::kindRows(bool withoutValue)
 {
     QTest::addColumn<QByteArray>("xml");
     QTest::addColumn<QByteArray>("property");
@@ -87,31 +91,38 @@ void tst_ItemKinds::kindRows()
     QTest::newRow("EnumEntryCOM") << QByteArray("<EnumEntryCOM Name=\"PortName\"/>") << QByteArray("curIndex")
                                   << QVariant(2) << QByteArray("PortName") << QByteArray("/dev/ttyS1")
                                   << "[CommManager] [SetModuleParam] GwSetModuleParam [/dev/ttyS1] failed, error=e000000f";
+    if (!withoutValue)
+        return;
     QTest::newRow("ReadOnlyText") << QByteArray("<ReadOnlyText Name=\"MacAddress\"/>") << QByteArray() << QVariant()
                                   << QByteArray("MacAddress") << QByteArray() << QString();
     QTest::newRow("Category") << QByteArray("<Category Name=\"Lang_BasicParams\"/>") << QByteArray() << QVariant()
                               << QByteArray() << QByteArray() << QString();
 }
 
+BaseItem *tst_ItemKinds::rowItem(CommDevice &device)
+{
+    QFETCH(QByteArray, xml);
+    BaseItemProxy *proxy = buildItem<BaseItemProxy>(device, xml.constData());
+    return proxy ? proxy->baseData() : nullptr;
+}
+
 void tst_ItemKinds::gatewayFailures_data()
 {
-    kindRows();
+    kindRows(true);
 }
 
 // A refused write is logged once with the kind's own text and shown once; a
 // failed read is logged by GwGetModuleParam. A heading has no value to read.
 void tst_ItemKinds::gatewayFailures()
 {
-    QFETCH(QByteArray, xml);
     QFETCH(QByteArray, property);
     QFETCH(QVariant, input);
     QFETCH(QByteArray, key);
     QFETCH(QByteArray, written);
     QFETCH(QString, writeLog);
     CommDevice device;
-    BaseItemProxy *proxy = buildItem<BaseItemProxy>(device, xml.constData());
-    QVERIFY(proxy && proxy->baseData());
-    BaseItem *item = proxy->baseData();
+    BaseItem *item = rowItem(device);
+    QVERIFY(item);
     device.setDeviceID(3);
     if (!property.isEmpty()) {
         m_gw.answer(QStringLiteral("SetModuleParam"), GW_ERR_INVALID_VALUE);
@@ -131,6 +142,36 @@ void tst_ItemKinds::gatewayFailures()
     QCOMPARE(item->GwGetModuleParam(), key.isEmpty() ? 0 : int(GW_ERR_TIMEOUT));
     QCOMPARE(m_gw.calls(QStringLiteral("GetModuleParam")).size(), reads + (key.isEmpty() ? 0 : 1));
     QCOMPARE(capturedLogLines(), key.isEmpty() ? QStringList() : QStringList{kReadFailed});
+}
+
+void tst_ItemKinds::deviceNotCreated_valueWrittenOnCreation_data()
+{
+    kindRows(false);
+}
+
+// On the Create dialog the items belong to a device the gateway does not know
+// yet (module id 0): a value is taken without a gateway call, which the
+// gateway would refuse ("The device does not exist"), and written when the
+// device is created.
+void tst_ItemKinds::deviceNotCreated_valueWrittenOnCreation()
+{
+    QFETCH(QByteArray, property);
+    QFETCH(QVariant, input);
+    CommDevice device;
+    BaseItem *item = rowItem(device);
+    QVERIFY(item);
+    m_gw.answer(QStringLiteral("SetModuleParam"), GW_ERR_UNKNOWN_MODULE);
+    QSignalSpy boxes(item, &BaseItem::messageBox);
+    QVERIFY(item->setProperty(property.constData(), input));
+    QCOMPARE(item->property(property.constData()), input);
+    QVERIFY(m_gw.calls(QStringLiteral("SetModuleParam")).isEmpty());
+    QCOMPARE(boxes.count(), 0);
+    m_gw.answer(QStringLiteral("SetModuleParam"), GW_OK);
+    device.setDeviceID(5);
+    device.setModuleParams();
+    QFETCH(QByteArray, key);
+    QFETCH(QByteArray, written);
+    QCOMPARE(m_gw.setCount(5, key, written), 1);
 }
 
 QTEST_GUILESS_MAIN(tst_ItemKinds)

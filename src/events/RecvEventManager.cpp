@@ -12,6 +12,9 @@
 RecvEventManager::RecvEventManager()
 {
     qRegisterMetaType<QVector<RecvEvent *>>("QVector<RecvEvent*>");
+    // The header only declares RecvEvent, so moc cannot register the list
+    // property's type; without this QML reads recvEvents as undefined.
+    qRegisterMetaType<QList<RecvEvent *>>("QList<RecvEvent*>");
     qmlRegisterType<RecvEvent>("lm.cpp.RecvEvent", 1, 0, "RecvEvent");
     qmlRegisterType<RecvEvent4TextProtocolParse>("lm.cpp.RecvEvent4TextProtocolParse", 1, 0,
                                                  "RecvEvent4TextProtocolParse");

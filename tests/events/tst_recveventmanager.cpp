@@ -40,13 +40,17 @@ void tst_RecvEventManager::create_numbersAndNamesAcrossInvalidTypes()
     QCOMPARE(d->parent(), mgr);
 }
 
-// QML calls createRecvEvent with plain numbers and keeps what it made.
+// QML calls createRecvEvent with plain numbers, keeps what it made and reads
+// the list of events.
 void tst_RecvEventManager::qml_createsByNumber()
 {
     QQmlEngine engine;
     engine.rootContext()->setContextProperty(QStringLiteral("RecvEventManager"), RecvEventManager::Instance());
     QQmlComponent component(&engine);
-    component.setData("import QtQml 2.15\nQtObject { property var made: RecvEventManager.createRecvEvent(4) }\n",
+    component.setData("import QtQml 2.15\nQtObject {\n"
+                      "  property var made: RecvEventManager.createRecvEvent(4)\n"
+                      "  property int listed: RecvEventManager.recvEvents.length\n"
+                      "}\n",
                       QUrl());
     QScopedPointer<QObject> object(component.create());
     QVERIFY2(object, qPrintable(component.errorString()));
@@ -55,6 +59,7 @@ void tst_RecvEventManager::qml_createsByNumber()
     QCOMPARE(event->enumIndex(), 4);
     QVERIFY(event->eventName().endsWith(QLatin1String(" Script")));
     QCOMPARE(event->parent(), RecvEventManager::Instance()); // not collected by the engine
+    QCOMPARE(object->property("listed").toInt(), RecvEventManager::Instance()->recvEvents().size());
 }
 
 QTEST_MAIN(tst_RecvEventManager)

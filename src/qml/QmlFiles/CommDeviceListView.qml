@@ -45,51 +45,11 @@ Rectangle {
         function onCommDeviceListChanged() { root.selectFirstIfNone() }
     }
 
-    Item {
+    ListHeader {
         id: header
         anchors { left: parent.left; right: parent.right; top: parent.top }
-        height: 44
-        LmText {
-            anchors { left: parent.left; leftMargin: 16; right: createButton.left; rightMargin: 8; verticalCenter: parent.verticalCenter }
-            elide: Text.ElideRight
-            font.pixelSize: Theme.fontTitle
-            font.bold: true
-            text: DevicesManager.qsLMTr("Lang_ComDeviceList")
-        }
-        MouseArea {
-            id: createButton
-            objectName: "createButton"
-            anchors { right: parent.right; rightMargin: 10; verticalCenter: parent.verticalCenter }
-            width: createRow.width + 12
-            height: 28
-            hoverEnabled: true
-            onClicked: createDlg.openFor()
-            Rectangle {
-                anchors.fill: parent
-                radius: 4
-                color: createButton.containsMouse ? Theme.highlight : "transparent"
-            }
-            Row {
-                id: createRow
-                anchors.centerIn: parent
-                spacing: 4
-                Image {
-                    anchors.verticalCenter: parent.verticalCenter
-                    source: createButton.pressed || createButton.containsMouse
-                            ? "qrc:/Images/ic_add_click.png" : "qrc:/Images/ic_add_normal.png"
-                }
-                LmText {
-                    anchors.verticalCenter: parent.verticalCenter
-                    color: createButton.containsMouse ? Theme.accent : Theme.textSecondary
-                    text: DevicesManager.qsLMTr("create")
-                }
-            }
-        }
-        Rectangle {
-            anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
-            height: 1
-            color: Theme.divider
-        }
+        title: DevicesManager.qsLMTr("Lang_ComDeviceList")
+        onCreateClicked: createDlg.openFor()
     }
 
     ListView {

@@ -12,6 +12,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
+#include <QQmlContext>
 #include <QQuickWindow>
 #include <QStandardPaths>
 #include <QTimer>
@@ -85,6 +86,9 @@ int main(int argc, char *argv[])
         qputenv("LM_MODULES_DIR", QByteArray(COMM_MODULES_SOURCE_DIR));
 
     CommManagerModule module;
+    // LM_DEV_PAGES=1 (or a tab: recvMsg, sendMsg, trigger, respond, heart)
+    // shows developers the switched-off pages; operators never set it.
+    module.rootContext()->setContextProperty(QStringLiteral("LmDevPages"), qEnvironmentVariable("LM_DEV_PAGES"));
     if (const int rc = module.Init(QString(), QString())) {
         std::fprintf(stderr, "commmanager: the communication module could not start (code 0x%X); see %s\n",
                      unsigned(rc), qPrintable(HostLog::logFile()));

@@ -11,17 +11,29 @@ Rectangle {
     color: Theme.page
 
     readonly property bool hasMainWindow: typeof MainWindow !== "undefined" && MainWindow !== null
-    property int currentTab: 0
-    // Only the device manager is active; the event, trigger, response and
-    // heartbeat pages are kept switched off.
+    // The device manager is the operators' only page. The event, trigger,
+    // response and heartbeat pages stay switched off: their tabs are hidden
+    // and their pages never made, unless the host publishes the developer
+    // switch LmDevPages ("1", or the icon name of the tab to open first).
+    readonly property string devPagesSwitch: typeof LmDevPages === "string" ? LmDevPages : ""
+    readonly property bool devPages: devPagesSwitch.length > 0 && devPagesSwitch !== "0"
     readonly property var tabs: [
-        { key: "Lang_DeviceManager", icon: "deviceMng", active: true },
-        { key: "Lang_RecvEvents", icon: "recvMsg", active: false },
-        { key: "RunParam_Send Event", icon: "sendMsg", active: false },
-        { key: "Lang_TriggerOperate", icon: "trigger", active: false },
-        { key: "Lang_ResponseConfig", icon: "respond", active: false },
-        { key: "Lang_Heart", icon: "heart", active: false }
+        { key: "Lang_DeviceManager", icon: "deviceMng", page: "" },
+        { key: "Lang_RecvEvents", icon: "recvMsg", page: "RecvEventView.qml" },
+        { key: "RunParam_Send Event", icon: "sendMsg", page: "SendEventView.qml" },
+        { key: "Lang_TriggerOperate", icon: "trigger", page: "TriggerConfigView.qml" },
+        { key: "Lang_ResponseConfig", icon: "respond", page: "ResponseConfigView.qml" },
+        { key: "Lang_Heart", icon: "heart", page: "HeartbeatManagementView.qml" }
     ]
+    property int currentTab: startTab()
+
+    function startTab() {
+        for (var i = 1; root.devPages && i < tabs.length; ++i) {
+            if (tabs[i].icon === root.devPagesSwitch)
+                return i
+        }
+        return 0
+    }
 
     Rectangle {
         id: titleBar
@@ -82,7 +94,7 @@ Rectangle {
                     id: tab
                     objectName: "tab_" + modelData.icon
                     readonly property bool current: index === root.currentTab
-                    visible: modelData.active
+                    visible: modelData.page.length === 0 || root.devPages
                     width: 96
                     height: 92
                     hoverEnabled: true
@@ -109,6 +121,9 @@ Rectangle {
                             anchors.horizontalCenter: parent.horizontalCenter
                             width: 88
                             horizontalAlignment: Text.AlignHCenter
+                            // Longer names ("Receive Events") take a second line.
+                            wrapMode: Text.WordWrap
+                            maximumLineCount: 2
                             elide: Text.ElideRight
                             color: tab.current ? Theme.navigationTextCurrent : Theme.navigationText
                             text: DevicesManager.qsLMTr(modelData.key)
@@ -128,10 +143,18 @@ Rectangle {
         id: pages
         objectName: "pageStack"
         anchors { left: navigationBar.right; right: parent.right; top: titleBar.bottom; bottom: parent.bottom }
-        currentIndex: 0
+        currentIndex: root.devPages ? root.currentTab : 0
         DeviceManagementView {
             id: deviceManagement
             objectName: "deviceManagementView"
+        }
+        Repeater {
+            model: root.tabs.slice(1)
+            delegate: Loader {
+                objectName: "page_" + modelData.icon
+                active: root.devPages
+                source: modelData.page
+            }
         }
     }
 }

@@ -120,6 +120,10 @@
         <translation>The name must not be empty</translation>
     </message>
     <message>
+        <source>0xE000001D</source>
+        <translation>This address carries data the other way</translation>
+    </message>
+    <message>
         <source>0xE00000FF</source>
         <translation>The operation failed</translation>
     </message>

@@ -120,6 +120,10 @@
         <translation>名称不能为空</translation>
     </message>
     <message>
+        <source>0xE000001D</source>
+        <translation>该地址的数据方向与此操作相反</translation>
+    </message>
+    <message>
         <source>0xE00000FF</source>
         <translation>操作失败</translation>
     </message>

@@ -3,75 +3,39 @@
 #include "GwErrorCodes.h"
 #include "GwPlatform.h"
 
-#include <QtEndian>
-#include <cstring>
-#include <limits>
-
 namespace {
 constexpr int kReadLow = 1;
 constexpr int kReadHigh = 999;
 constexpr int kWriteLow = 1001;
 constexpr int kWriteHigh = 1999;
+// The vision side lists a module's addresses in one call of 999 entries;
+// more would leave some out of its tables.
+constexpr int kMaxAddresses = 999;
 // PROFINET's fixed addresses: 32 16-bit elements each.
 constexpr int kFixedReadId = 0;
 constexpr int kFixedWriteId = 1000;
 constexpr char kFixedElements[] = "32";
-
-int elementWidth(const QByteArray &intDataType)
-{
-    switch (intDataType.toInt()) {
-    case 2: return 4;
-    case 3: return 1;
-    default: return 2;
-    }
-}
 
 bool isTrue(const QByteArray &text)
 {
     return text.compare("true", Qt::CaseInsensitive) == 0;
 }
 
-// "1;2;3;" -> the values; empty parts (the terminator) are skipped.
-QList<QByteArray> valueTexts(const QByteArray &text)
+int widthOf(const ParamMap &params)
 {
-    QList<QByteArray> values;
-    for (const QByteArray &part : text.split(';')) {
-        const QByteArray trimmed = part.trimmed();
-        if (!trimmed.isEmpty())
-            values.append(trimmed);
-    }
-    return values;
-}
-
-bool appendInt(QByteArray &out, const QByteArray &text, int width)
-{
-    bool ok = false;
-    const qlonglong value = text.toLongLong(&ok);
-    const qlonglong low = -(qlonglong(1) << (width * 8 - 1));
-    const qlonglong high = (qlonglong(1) << (width * 8)) - 1;
-    if (!ok || value < low || value > high)
-        return false;
-    char bytes[8];
-    qToLittleEndian<qint64>(value, bytes);
-    out.append(bytes, width);
-    return true;
-}
-
-bool appendFloat(QByteArray &out, const QByteArray &text)
-{
-    bool ok = false;
-    const float value = text.toFloat(&ok);
-    if (!ok)
-        return false;
-    char bytes[4];
-    qToLittleEndian<float>(value, bytes);
-    out.append(bytes, 4);
-    return true;
+    return FieldbusCodec::widthOf(params.value("IntDataType").toInt());
 }
 } // namespace
 
+FieldbusModule::IdRange FieldbusModule::idRange(int direction)
+{
+    return direction == GW_ADDRESS_READ ? IdRange{kReadLow, kReadHigh} : IdRange{kWriteLow, kWriteHigh};
+}
+
 FieldbusModule::FieldbusModule(const StoredModule &stored, const ParamSchema &schema, QObject *parent)
-    : GatewayModule(stored, schema, parent), m_addressSchema(*ParamSchema::forAddressOf(stored.type))
+    : GatewayModule(stored, schema, parent), m_addressSchema(*ParamSchema::forAddressOf(stored.type)),
+      m_unitsPerElement(stored.type == "ProfinetModule" ? 1 : 2),
+      m_byteOrder(FieldbusCodec::byteOrderOf(std::string_view(stored.type.constData(), size_t(stored.type.size()))))
 {
     if (stored.type == "ProfinetModule") {
         addFixedAddress(kFixedReadId, GW_ADDRESS_READ, "FixedReadAddress");
@@ -114,8 +78,7 @@ void FieldbusModule::addFixedAddress(int id, int direction, const QByteArray &na
 
 void FieldbusModule::resizeData(Address &address)
 {
-    const int size = address.stored.params.value("SoftElementNum").toInt()
-        * elementWidth(address.stored.params.value("IntDataType"));
+    const int size = address.stored.params.value("SoftElementNum").toInt() * widthOf(address.stored.params);
     // New bytes read as zero; a shrunk address keeps its first bytes.
     address.data = address.data.leftJustified(qMax(size, 0), '\0', true);
 }
@@ -130,6 +93,20 @@ const FieldbusModule::Address *FieldbusModule::find(int addressId) const
 {
     auto it = m_addresses.constFind(addressId);
     return it == m_addresses.cend() ? nullptr : &it.value();
+}
+
+QByteArray FieldbusModule::constraintsOf(int direction) const
+{
+    if (direction == GW_ADDRESS_READ)
+        return values().value("ReadAddressConstraints");
+    if (direction == GW_ADDRESS_WRITE)
+        return values().value("WriteAddressConstraints");
+    return {};
+}
+
+FieldbusCodec FieldbusModule::codecOf(const Address &address) const
+{
+    return FieldbusCodec(widthOf(address.stored.params), m_byteOrder);
 }
 
 quint32 FieldbusModule::param(int addressId, const QByteArray &key, QByteArray *value) const
@@ -157,6 +134,8 @@ quint32 FieldbusModule::allParams(int addressId, ParamMap *values) const
     return GW_OK;
 }
 
+// Each key by its rule, then the address as it would be afterwards inside
+// its direction's area: the gateway never holds an address outside it.
 quint32 FieldbusModule::checkParams(int addressId, const ParamMap &changes) const
 {
     if (addressId == -1)
@@ -169,7 +148,14 @@ quint32 FieldbusModule::checkParams(int addressId, const ParamMap &changes) cons
     for (auto it = changes.cbegin(); it != changes.cend(); ++it)
         if (const quint32 rc = m_addressSchema.validate(it.key(), it.value()))
             return rc;
-    return GW_OK;
+    if (!changes.contains("SoftElementAddress") && !changes.contains("SoftElementNum"))
+        return GW_OK;
+    ParamMap after = address->stored.params;
+    for (auto it = changes.cbegin(); it != changes.cend(); ++it)
+        after.insert(it.key(), it.value());
+    return ParamSchema::checkAddressRange(constraintsOf(address->stored.direction), m_unitsPerElement,
+                                          {{"SoftElementAddress", after.value("SoftElementAddress")},
+                                           {"SoftElementNum", after.value("SoftElementNum")}});
 }
 
 quint32 FieldbusModule::applyParams(int addressId, const ParamMap &changes)
@@ -211,17 +197,16 @@ quint32 FieldbusModule::addAddress(const QByteArray &name, int direction, Stored
         return GW_ERR_INVALID_ARGUMENT;
     if (name.size() >= GW_ADDRESS_NAME_SIZE)
         return GW_ERR_VALUE_TOO_LONG;
-    const int low = direction == GW_ADDRESS_READ ? kReadLow : kWriteLow;
-    const int high = direction == GW_ADDRESS_READ ? kReadHigh : kWriteHigh;
-    int id = low;
-    while (id <= high && m_addresses.contains(id))
+    if (addresses().size() >= kMaxAddresses)
+        return GW_ERR_ADDRESS_RANGE;
+    const IdRange range = idRange(direction);
+    int id = range.low;
+    while (id <= range.high && m_addresses.contains(id))
         ++id;
-    if (id > high)
+    if (id > range.high)
         return GW_ERR_ADDRESS_RANGE;
     int first = 0;
-    ParamSchema::parseConstraints(values().value(direction == GW_ADDRESS_READ ? "ReadAddressConstraints"
-                                                                              : "WriteAddressConstraints"),
-                                  nullptr, nullptr, &first);
+    ParamSchema::parseConstraints(constraintsOf(direction), nullptr, nullptr, &first);
     *added = insertAddress(id, direction, name, {{"SoftElementAddress", QByteArray::number(first)}}, false);
     return GW_OK;
 }
@@ -239,19 +224,9 @@ quint32 FieldbusModule::deleteAddress(int addressId)
 
 quint32 FieldbusModule::validateAddress(int direction, const ParamMap &params) const
 {
-    const QByteArray key = direction == GW_ADDRESS_READ ? "ReadAddressConstraints"
-        : direction == GW_ADDRESS_WRITE                 ? "WriteAddressConstraints"
-                                                        : QByteArray();
-    int min = 0, max = 0;
-    if (key.isEmpty() || !ParamSchema::parseConstraints(values().value(key), &min, &max, nullptr))
-        return GW_ERR_INVALID_ARGUMENT;
-    bool okFirst = true, okCount = true;
-    const qlonglong first = params.contains("SoftElementAddress") ? params.value("SoftElementAddress").toLongLong(&okFirst)
-                                                                  : min;
-    const qlonglong count = params.contains("SoftElementNum") ? params.value("SoftElementNum").toLongLong(&okCount) : 1;
-    if (!okFirst || !okCount || count < 1)
-        return GW_ERR_INVALID_VALUE;
-    return first >= min && first + count - 1 <= max ? GW_OK : GW_ERR_ADDRESS_RANGE;
+    const QByteArray constraints = constraintsOf(direction);
+    return constraints.isEmpty() ? GW_ERR_INVALID_ARGUMENT
+                                 : ParamSchema::checkAddressRange(constraints, m_unitsPerElement, params);
 }
 
 quint32 FieldbusModule::readData(int addressId, QByteArray *data) const
@@ -263,61 +238,68 @@ quint32 FieldbusModule::readData(int addressId, QByteArray *data) const
     return GW_OK;
 }
 
-quint32 FieldbusModule::writeBytes(int addressId, const QByteArray &bytes)
+// The vision side writes write addresses and the PLC read addresses, each
+// only while the device is open (a closed device has no PLC connection).
+quint32 FieldbusModule::writableAddress(int addressId, int direction, Address **found)
 {
     Address *address = find(addressId);
     if (!address)
         return addressId == -1 ? GW_ERR_NOT_SUPPORTED : GW_ERR_UNKNOWN_ADDRESS;
+    if (address->stored.direction != direction)
+        return GW_ERR_WRONG_DIRECTION;
     if (!m_open)
         return GW_ERR_NOT_OPEN;
-    if (bytes.size() > address->data.size())
+    *found = address;
+    return GW_OK;
+}
+
+// A write replaces the whole content of the address, as a cyclic fieldbus
+// frame does: what the bytes do not cover reads zero afterwards.
+quint32 FieldbusModule::replaceData(Address &address, const QByteArray &bytes)
+{
+    if (bytes.size() > address.data.size())
         return GW_ERR_VALUE_TOO_LONG;
-    std::memcpy(address->data.data(), bytes.constData(), size_t(bytes.size()));
+    address.data = bytes.leftJustified(address.data.size(), '\0');
     return GW_OK;
 }
 
 quint32 FieldbusModule::writeString(int addressId, const QByteArray &text)
 {
-    return writeBytes(addressId, text);
+    Address *address = nullptr;
+    if (const quint32 rc = writableAddress(addressId, GW_ADDRESS_WRITE, &address))
+        return rc;
+    return replaceData(*address, text);
 }
 
 quint32 FieldbusModule::writeValues(int addressId, int count, const QByteArray &text, bool isFloat)
 {
-    const Address *address = find(addressId);
-    if (!address)
-        return addressId == -1 ? GW_ERR_NOT_SUPPORTED : GW_ERR_UNKNOWN_ADDRESS;
-    const QList<QByteArray> texts = valueTexts(text);
-    if (count != texts.size())
+    Address *address = nullptr;
+    if (const quint32 rc = writableAddress(addressId, GW_ADDRESS_WRITE, &address))
+        return rc;
+    std::string bytes;
+    int values = 0;
+    const quint32 rc = codecOf(*address).encode(std::string_view(text.constData(), size_t(text.size())), ';',
+                                                 isFloat, &bytes, &values);
+    if (values != count)
         return GW_ERR_COUNT_MISMATCH;
-    const int width = elementWidth(address->stored.params.value("IntDataType"));
-    QByteArray bytes;
-    for (const QByteArray &value : texts)
-        if (!(isFloat ? appendFloat(bytes, value) : appendInt(bytes, value, width)))
-            return GW_ERR_INVALID_VALUE;
-    return writeBytes(addressId, bytes);
+    if (rc != GW_OK)
+        return rc;
+    return replaceData(*address, QByteArray(bytes.data(), int(bytes.size())));
 }
 
 quint32 FieldbusModule::plcWrite(int addressId, const QByteArray &data)
 {
-    Address *address = find(addressId);
-    if (!address)
-        return GW_ERR_UNKNOWN_ADDRESS;
-    if (address->stored.direction != GW_ADDRESS_READ)
-        return GW_ERR_NOT_SUPPORTED;
-    if (data.size() > address->data.size())
-        return GW_ERR_VALUE_TOO_LONG;
-    address->data.fill('\0');
-    std::memcpy(address->data.data(), data.constData(), size_t(data.size()));
-    if (m_open && isTrue(address->stored.params.value("Upload")))
+    Address *address = nullptr;
+    if (const quint32 rc = writableAddress(addressId, GW_ADDRESS_READ, &address))
+        return rc;
+    if (const quint32 rc = replaceData(*address, data))
+        return rc;
+    if (isTrue(address->stored.params.value("Upload")))
         emit resultsReady(id(), addressId, {address->data});
     return GW_OK;
 }
 
 quint32 FieldbusModule::plcRead(int addressId, QByteArray *data) const
 {
-    const Address *address = find(addressId);
-    if (!address)
-        return GW_ERR_UNKNOWN_ADDRESS;
-    *data = address->data;
-    return GW_OK;
+    return readData(addressId, data);
 }

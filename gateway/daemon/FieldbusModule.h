@@ -1,18 +1,30 @@
 #pragma once
 
+#include "FieldbusCodec.h"
 #include "GatewayModule.h"
 
 #include <QMap>
 
 // A simulated PROFINET or EtherNet/IP device. No fieldbus stack runs here:
-// each address is a block of bytes that the vision side writes (write
-// addresses) or that the PLC side sets from outside (read addresses, through
-// the gateway's PLC operations). A read address with "Upload" true pushes its
-// new bytes as a result when the PLC writes it.
+// each address is a block of elements that one side writes and the other
+// reads. The vision side writes write addresses (GW_PF_Write*), the PLC
+// writes read addresses (the gateway's PLC operations, gwplc); either side
+// may read any address. A PLC write to a read address with "Upload" true is
+// pushed to the vision side as a result with that address's id; writes of
+// the vision side are never echoed back.
 class FieldbusModule : public GatewayModule
 {
     Q_OBJECT
 public:
+    struct IdRange {
+        int low;
+        int high;
+    };
+    // The ids of the addresses of one direction (GW_ADDRESS_READ or
+    // GW_ADDRESS_WRITE); the module's address tables take the same ranges
+    // from the device descriptions.
+    static IdRange idRange(int direction);
+
     FieldbusModule(const StoredModule &stored, const ParamSchema &schema, QObject *parent = nullptr);
 
     quint32 param(int addressId, const QByteArray &key, QByteArray *value) const override;
@@ -45,10 +57,17 @@ private:
     const Address *find(int addressId) const;
     StoredAddress insertAddress(int id, int direction, const QByteArray &name, const ParamMap &extra, bool fixed);
     void addFixedAddress(int id, int direction, const QByteArray &name);
+    QByteArray constraintsOf(int direction) const;
+    FieldbusCodec codecOf(const Address &address) const;
     static void resizeData(Address &address);
-    quint32 writeBytes(int addressId, const QByteArray &bytes);
+    quint32 writableAddress(int addressId, int direction, Address **found);
+    static quint32 replaceData(Address &address, const QByteArray &bytes);
 
     const ParamSchema &m_addressSchema;
+    // Units of the address axis that one element takes, as the address
+    // tables count them: 1 on PROFINET, 2 on EtherNet/IP.
+    const int m_unitsPerElement;
+    const FieldbusCodec::ByteOrder m_byteOrder;
     QMap<int, Address> m_addresses;
     bool m_open = false;
 };

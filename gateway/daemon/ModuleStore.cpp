@@ -181,7 +181,14 @@ bool ModuleStore::setOpen(int id, bool open)
 
 bool ModuleStore::setParams(int moduleId, int addressId, const ParamMap &params)
 {
-    return transaction([&] { return writeParams(moduleId, addressId, params); });
+    return transaction([&] {
+        // An address's listed name follows its "AddressName".
+        const bool renamed = addressId >= 0 && params.contains("AddressName");
+        return writeParams(moduleId, addressId, params)
+            && (!renamed
+                || exec(QStringLiteral("UPDATE addresses SET name = ? WHERE module = ? AND id = ?"),
+                        {params.value("AddressName"), moduleId, addressId}));
+    });
 }
 
 bool ModuleStore::addAddress(int moduleId, const StoredAddress &address)

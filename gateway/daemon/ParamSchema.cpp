@@ -64,16 +64,21 @@ const QMap<QByteArray, ParamSchema> &moduleSchemas()
         {"EipModule",
          ParamSchema(QList<Key>{{"InputAssembly", "100", K::Integer, 1, 65535},
                                 {"OutputAssembly", "150", K::Integer, 1, 65535}}
-                     + fieldbusCommon("InputAssembly;0;495;0", "OutputAssembly;0;495;0"))},
+                     // The PLC's output assembly (O->T) is what the vision side reads.
+                     + fieldbusCommon("OutputAssembly;0;495;0", "InputAssembly;0;495;0"))},
     };
     return schemas;
 }
+
+// The most elements of one address: 256 of the widest (32-bit) fill the
+// 1024 bytes that one GW_PF_ReadData of the vision side takes.
+constexpr int kMaxAddressElements = 256;
 
 QList<Key> addressKeys(int maxIntType)
 {
     return {{"IntDataType", "1", K::Integer, 1, maxIntType},
             {"SoftElementAddress", "0", K::Integer, 0, 65535},
-            {"SoftElementNum", "1", K::Integer, 1, 1440},
+            {"SoftElementNum", "1", K::Integer, 1, kMaxAddressElements},
             {"OverTime", "1000", K::Integer, 0, 600000},
             {"PollEnable", "true", K::Bool},
             {"Upload", "false", K::Bool},
@@ -196,4 +201,24 @@ bool ParamSchema::parseConstraints(const QByteArray &text, int *min, int *max, i
     if (first)
         *first = def;
     return true;
+}
+
+quint32 ParamSchema::checkAddressRange(const QByteArray &constraints, int unitsPerElement,
+                                       const QMap<QByteArray, QByteArray> &address)
+{
+    int min = 0, max = 0;
+    if (!parseConstraints(constraints, &min, &max, nullptr))
+        return GW_ERR_INVALID_VALUE;
+    const bool hasFirst = address.contains("SoftElementAddress");
+    const bool hasCount = address.contains("SoftElementNum");
+    int first = min, count = 1;
+    if ((hasFirst && !parseInt(address.value("SoftElementAddress"), &first))
+        || (hasCount && (!parseInt(address.value("SoftElementNum"), &count) || count < 1
+                         || count > kMaxAddressElements)))
+        return GW_ERR_INVALID_VALUE;
+    if (first < min || first > max)
+        return GW_ERR_ADDRESS_RANGE;
+    // Without a first address the length must fit the area anywhere.
+    const qint64 start = hasFirst ? first : min;
+    return start + qint64(count) * unitsPerElement - 1 <= max ? GW_OK : GW_ERR_ADDRESS_RANGE;
 }

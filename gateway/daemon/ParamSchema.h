@@ -37,6 +37,14 @@ public:
 
     // Parses "label;min;max;default" into its three numbers.
     static bool parseConstraints(const QByteArray &text, int *min, int *max, int *first);
+    // Whether an address's "SoftElementAddress" and "SoftElementNum" lie in
+    // the area that `constraints` gives, each element taking
+    // `unitsPerElement` units of the address axis (as the address tables
+    // count them); a key that is missing is not checked. GW_OK,
+    // GW_ERR_INVALID_VALUE (not a number, no element, more than an address
+    // holds) or GW_ERR_ADDRESS_RANGE.
+    static quint32 checkAddressRange(const QByteArray &constraints, int unitsPerElement,
+                                     const QMap<QByteArray, QByteArray> &address);
 
     explicit ParamSchema(QList<Key> keys) : m_keys(std::move(keys)) {}
 

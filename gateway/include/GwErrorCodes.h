@@ -41,6 +41,7 @@
 #define GW_ERR_COUNT_MISMATCH 0xE000001Au   /* value count disagrees with the text */
 #define GW_ERR_BUSY 0xE000001Bu             /* the gateway is busy; try again */
 #define GW_ERR_NAME_EMPTY 0xE000001Cu       /* an empty display name */
+#define GW_ERR_WRONG_DIRECTION 0xE000001Du  /* data written to an address from the side that reads it */
 
 /* Accepted; takes effect when the device is next opened. Callers count it as
  * success for values that need a reopen. */

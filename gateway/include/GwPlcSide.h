@@ -12,10 +12,15 @@
 extern "C" {
 #endif
 
-/* Sets the bytes of a read address (PLC -> vision). With "Upload" true on the
- * address and the device open, the gateway pushes them as a result. */
+/* Sets the bytes of a read address (PLC -> vision) while the device is open.
+ * The bytes replace the whole address; what they do not cover reads zero.
+ * GW_ERR_WRONG_DIRECTION for a write address, GW_ERR_NOT_OPEN for a closed
+ * device, GW_ERR_VALUE_TOO_LONG for more bytes than the address holds. With
+ * "Upload" true on the address, the gateway pushes the new content to every
+ * client's result callback with the address's id. */
 uint32_t GW_PLC_WriteAddress(int moduleId, int addressId, const char *data, int length);
-/* The bytes of an address (typically a write address: vision -> PLC). */
+/* The bytes of any address (typically a write address: vision -> PLC);
+ * GW_ERR_BUFFER_TOO_SMALL with *length = the size needed when they do not fit. */
 uint32_t GW_PLC_ReadAddress(int moduleId, int addressId, char *buffer, int size, int *length);
 
 #ifdef __cplusplus

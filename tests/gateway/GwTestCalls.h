@@ -5,6 +5,8 @@
 #include "GwPlatform.h"
 
 #include <QByteArray>
+#include <QList>
+#include <QPair>
 #include <QTcpServer>
 #include <cstring>
 #include <initializer_list>
@@ -20,6 +22,20 @@ inline std::unique_ptr<GW_PARAM_RECORD> record(const QByteArray &key, const QByt
     qstrncpy(rec->entries[0].key, key.constData(), sizeof(rec->entries[0].key));
     // Values up to the whole field, so over-long values reach the gateway.
     std::memcpy(rec->entries[0].value, value.constData(), size_t(qMin(value.size(), GW_PARAM_VALUE_SIZE - 1)));
+    return rec;
+}
+
+using Pairs = QList<QPair<QByteArray, QByteArray>>;
+
+// One record holding every pair in order, as the module writes an address.
+inline std::unique_ptr<GW_PARAM_RECORD> recordOf(const Pairs &pairs)
+{
+    std::unique_ptr<GW_PARAM_RECORD> rec(new GW_PARAM_RECORD{});
+    for (const auto &pair : pairs) {
+        GW_PARAM_ENTRY &entry = rec->entries[rec->count++];
+        qstrncpy(entry.key, pair.first.constData(), sizeof(entry.key));
+        qstrncpy(entry.value, pair.second.constData(), sizeof(entry.value));
+    }
     return rec;
 }
 

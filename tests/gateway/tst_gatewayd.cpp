@@ -1,8 +1,8 @@
 // The gateway process and its client library together: modules, parameters,
-// fieldbus addresses, persistence and failures, driven only through GW_PF_*.
+// persistence and failures, driven only through GW_PF_* (fieldbus addresses
+// are tst_fieldbus's).
 #include "GatewayProcess.h"
 #include "GwCallbackRecorder.h"
-#include "GwPlcSide.h"
 #include "GwTestCalls.h"
 
 #include <QElapsedTimer>
@@ -24,13 +24,7 @@ private slots:
     void params_invalidValue_refusedAndUnchanged_data();
     void params_invalidValue_refusedAndUnchanged();
     void params_integerOfOpenDevice_pendingReopen();
-    void addresses_idsPerDirection_andDelete();
-    void validate_rangeInsideConstraints_data();
-    void validate_rangeInsideConstraints();
-    void writeInt_elementWidths_littleEndian_data();
-    void writeInt_elementWidths_littleEndian();
-    void plcWrite_uploadPushesResult();
-    void restart_modulesParamsAddressesAndOpenStateBack();
+    void restart_modulesParamsAndOpenStateBack();
     void sigkill_duringBurst_callsFailFast_acknowledgedWritesKept();
     void refusedConnection_failsFast();
     void malformedFrame_dropsOnlyThatClient();
@@ -139,142 +133,10 @@ void tst_Gatewayd::params_integerOfOpenDevice_pendingReopen()
     QCOMPARE(set(id, "Heartbeat", "3000"), GW_OK);
 }
 
-void tst_Gatewayd::addresses_idsPerDirection_andDelete()
-{
-    const int id = add("ProfinetModule");
-    int read1 = -1, read2 = -1, write1 = -1;
-    QCOMPARE(GW_PF_AddModuleAddressPN(id, "in A", GW_ADDRESS_READ, &read1), GW_OK);
-    QCOMPARE(GW_PF_AddModuleAddressPN(id, "out A", GW_ADDRESS_WRITE, &write1), GW_OK);
-    QCOMPARE(GW_PF_AddModuleAddressPN(id, "in B", GW_ADDRESS_READ, &read2), GW_OK);
-    QCOMPARE(read1, 1);
-    QCOMPARE(read2, 2);
-    QCOMPARE(write1, 1001);
-    int unused = -1;
-    QCOMPARE(GW_PF_AddModuleAddressPN(id, "sideways", 3, &unused), quint32(GW_ERR_INVALID_ARGUMENT));
-    QCOMPARE(GW_PF_AddModuleAddressPN(add("UdpModule"), "x", 1, &unused), quint32(GW_ERR_NOT_SUPPORTED));
-
-    std::unique_ptr<GW_ADDRESS_INFO[]> infos(new GW_ADDRESS_INFO[999]());
-    int count = 0;
-    QCOMPARE(GW_PF_GetModuleAllAddressInfo(id, infos.get(), 999, &count), GW_OK);
-    QCOMPARE(count, 3);
-    QCOMPARE(QByteArray(infos[2].addressName), QByteArray("out A"));
-    QCOMPARE(get(id, "AddressName", read2), QByteArray("in B"));
-
-    QCOMPARE(GW_PF_DeleteModuleAddress(id, read1), GW_OK);
-    QCOMPARE(GW_PF_DeleteModuleAddress(id, read1), quint32(GW_ERR_UNKNOWN_ADDRESS));
-    QCOMPARE(GW_PF_DeleteModuleAddress(id, 0), quint32(GW_ERR_NOT_SUPPORTED)); // the fixed read address
-    QCOMPARE(GW_PF_AddModuleAddressPN(id, "in C", GW_ADDRESS_READ, &read1), GW_OK);
-    QCOMPARE(read1, 1);
-}
-
-void tst_Gatewayd::validate_rangeInsideConstraints_data()
-{
-    QTest::addColumn<int>("direction");
-    QTest::addColumn<QByteArray>("first");
-    QTest::addColumn<QByteArray>("count");
-    QTest::addColumn<bool>("valid");
-    // Constraints set below: read 10..99, write 200..299.
-    QTest::newRow("inside") << 1 << QByteArray("10") << QByteArray("90") << true;
-    QTest::newRow("one past the end") << 1 << QByteArray("10") << QByteArray("91") << false;
-    QTest::newRow("below the minimum") << 1 << QByteArray("9") << QByteArray("1") << false;
-    QTest::newRow("write range") << 2 << QByteArray("299") << QByteArray("1") << true;
-    QTest::newRow("read value in write range") << 2 << QByteArray("50") << QByteArray("1") << false;
-    QTest::newRow("zero length") << 1 << QByteArray("20") << QByteArray("0") << false;
-    QTest::newRow("unknown direction") << 7 << QByteArray("20") << QByteArray("1") << false;
-}
-
-void tst_Gatewayd::validate_rangeInsideConstraints()
-{
-    QFETCH(int, direction);
-    QFETCH(QByteArray, first);
-    QFETCH(QByteArray, count);
-    QFETCH(bool, valid);
-    const int id = add("EipModule");
-    QCOMPARE(set(id, "ReadAddressConstraints", "InputAssembly;10;99;10"), GW_OK);
-    QCOMPARE(set(id, "WriteAddressConstraints", "OutputAssembly;200;299;200"), GW_OK);
-    auto rec = record("SoftElementAddress", first);
-    rec->count = 2;
-    qstrncpy(rec->entries[1].key, "SoftElementNum", GW_PARAM_KEY_SIZE);
-    qstrncpy(rec->entries[1].value, count.constData(), GW_PARAM_VALUE_SIZE);
-    QCOMPARE(GW_PF_ValidateAddressParams(id, rec.get(), direction) & 0xff, valid ? 1u : 0u);
-}
-
-void tst_Gatewayd::writeInt_elementWidths_littleEndian_data()
-{
-    QTest::addColumn<QByteArray>("intType");
-    QTest::addColumn<int>("count");
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<quint32>("code");
-    QTest::addColumn<QByteArray>("bytes");
-    auto row = [](const char *name, const char *intType, int count, const char *text, quint32 code, const char *hex) {
-        QTest::newRow(name) << QByteArray(intType) << count << QByteArray(text) << code << QByteArray::fromHex(hex);
-    };
-    row("16-bit", "1", 2, "1;-2;", GW_OK, "0100feff");
-    row("32-bit", "2", 1, "305419896;", GW_OK, "78563412");
-    row("8-bit", "3", 3, "1;2;255;", GW_OK, "0102ff");
-    row("count disagrees", "1", 3, "1;2;", GW_ERR_COUNT_MISMATCH, "");
-    row("8-bit overflow", "3", 1, "256;", GW_ERR_INVALID_VALUE, "");
-    row("more than the address holds", "1", 5, "1;2;3;4;5;", GW_ERR_VALUE_TOO_LONG, "");
-}
-
-void tst_Gatewayd::writeInt_elementWidths_littleEndian()
-{
-    QFETCH(QByteArray, intType);
-    QFETCH(int, count);
-    QFETCH(QByteArray, text);
-    QFETCH(quint32, code);
-    QFETCH(QByteArray, bytes);
-    const int id = add("ProfinetModule");
-    int address = -1;
-    QCOMPARE(GW_PF_AddModuleAddressPN(id, "out", GW_ADDRESS_WRITE, &address), GW_OK);
-    QCOMPARE(set(id, "IntDataType", intType, address), GW_OK);
-    QCOMPARE(set(id, "SoftElementNum", "4", address), GW_OK);
-    QCOMPARE(GW_PF_WriteInt(id, address, 1, "0;"), quint32(GW_ERR_NOT_OPEN));
-    QCOMPARE(set(id, "ConnectState", "true"), GW_OK);
-    QCOMPARE(GW_PF_WriteInt(id, address, count, text.constData()), code);
-
-    char buffer[1024] = {};
-    int length = 0;
-    QCOMPARE(GW_PLC_ReadAddress(id, address, buffer, sizeof(buffer), &length), GW_OK);
-    const int width = intType == "2" ? 4 : intType == "3" ? 1 : 2;
-    QCOMPARE(length, 4 * width);
-    const QByteArray expected = bytes + QByteArray(4 * width - bytes.size(), '\0');
-    QCOMPARE(QByteArray(buffer, length), expected);
-    QCOMPARE(GW_PF_ReadData(id, address, sizeof(buffer), &length, buffer), GW_OK);
-    QCOMPARE(QByteArray(buffer, length), expected);
-}
-
-void tst_Gatewayd::plcWrite_uploadPushesResult()
-{
-    const int id = add("ProfinetModule");
-    int quiet = -1, upload = -1;
-    QCOMPARE(GW_PF_AddModuleAddressPN(id, "quiet", GW_ADDRESS_READ, &quiet), GW_OK);
-    QCOMPARE(GW_PF_AddModuleAddressPN(id, "upload", GW_ADDRESS_READ, &upload), GW_OK);
-    QCOMPARE(set(id, "Upload", "true", upload), GW_OK);
-    QCOMPARE(set(id, "ConnectState", "true"), GW_OK);
-    QTRY_COMPARE(m_recorder.eventCount(GW_EVENT_CONNECTED, id), 1);
-
-    QCOMPARE(GW_PLC_WriteAddress(id, quiet, "\x01\x02", 2), GW_OK);
-    QCOMPARE(GW_PLC_WriteAddress(id, upload, "\x0a\x0b", 2), GW_OK);
-    QCOMPARE(GW_PLC_WriteAddress(id, upload, "\x01\x02\x03", 3), quint32(GW_ERR_VALUE_TOO_LONG));
-    QTRY_COMPARE(m_recorder.results().size(), 1);
-    const auto result = m_recorder.results().first();
-    QCOMPARE(result.moduleId, id);
-    QCOMPARE(result.addressId, upload);
-    QCOMPARE(result.data, QByteArray("\x0a\x0b", 2));
-    char buffer[16];
-    int length = 0;
-    QCOMPARE(GW_PF_ReadData(id, quiet, sizeof(buffer), &length, buffer), GW_OK);
-    QCOMPARE(QByteArray(buffer, length), QByteArray("\x01\x02", 2));
-}
-
-void tst_Gatewayd::restart_modulesParamsAddressesAndOpenStateBack()
+void tst_Gatewayd::restart_modulesParamsAndOpenStateBack()
 {
     const int pn = add("ProfinetModule", "station 站");
     const int udp = add("UdpModule", "udp");
-    int address = -1;
-    QCOMPARE(GW_PF_AddModuleAddressPN(pn, "in", GW_ADDRESS_READ, &address), GW_OK);
-    QCOMPARE(set(pn, "SoftElementNum", "12", address), GW_OK);
     QCOMPARE(set(pn, "ConnectState", "true"), GW_OK);
     QCOMPARE(set(udp, "TargetPort", "4321"), GW_OK);
 
@@ -290,7 +152,6 @@ void tst_Gatewayd::restart_modulesParamsAddressesAndOpenStateBack()
     QCOMPARE(QString::fromUtf8(infos[0].displayName), QStringLiteral("station 站"));
     QCOMPARE(infos[0].state, 1);
     QCOMPARE(get(pn, "ConnectState"), QByteArray("true"));
-    QCOMPARE(get(pn, "SoftElementNum", address), QByteArray("12"));
     QCOMPARE(get(udp, "TargetPort"), QByteArray("4321"));
     QVERIFY(add("UdpModule") > udp);
 }

@@ -64,7 +64,7 @@ void tst_ParamSchema::validate_data()
         {"ProfinetModule address", "IntDataType", 1, 3, GW_ERR_INVALID_VALUE},
         {"EipModule address", "IntDataType", 1, 2, GW_ERR_INVALID_VALUE},
         {"ProfinetModule address", "SoftElementAddress", 0, 65535, GW_ERR_INVALID_VALUE},
-        {"EipModule address", "SoftElementNum", 1, 1440, GW_ERR_INVALID_VALUE},
+        {"EipModule address", "SoftElementNum", 1, 256, GW_ERR_INVALID_VALUE},
         {"ProfinetModule address", "OverTime", 0, 600000, GW_ERR_INVALID_VALUE},
     };
     for (const Range &r : ranges) {
@@ -172,8 +172,8 @@ void tst_ParamSchema::defaults_data()
                                              {"OutputAssembly", "150"},
                                              {"LocalIP", "0.0.0.0"},
                                              {"Heartbeat", "1000"},
-                                             {"ReadAddressConstraints", "InputAssembly;0;495;0"},
-                                             {"WriteAddressConstraints", "OutputAssembly;0;495;0"}};
+                                             {"ReadAddressConstraints", "OutputAssembly;0;495;0"},
+                                             {"WriteAddressConstraints", "InputAssembly;0;495;0"}};
     QTest::newRow("PROFINET address") << QByteArray("ProfinetModule address") << address;
     QTest::newRow("EtherNet/IP address") << QByteArray("EipModule address") << address;
     QTest::newRow("unknown type") << QByteArray("SerialPortModule") << ParamMap{};

@@ -2,12 +2,9 @@
 
 #include "GwErrorCodes.h"
 #include "GwPlatform.h"
+#include "GwPlcSide.h"
 
 namespace {
-constexpr int kReadLow = 1;
-constexpr int kReadHigh = 999;
-constexpr int kWriteLow = 1001;
-constexpr int kWriteHigh = 1999;
 // The vision side lists a module's addresses in one call of 999 entries;
 // more would leave some out of its tables.
 constexpr int kMaxAddresses = 999;
@@ -29,7 +26,8 @@ int widthOf(const ParamMap &params)
 
 FieldbusModule::IdRange FieldbusModule::idRange(int direction)
 {
-    return direction == GW_ADDRESS_READ ? IdRange{kReadLow, kReadHigh} : IdRange{kWriteLow, kWriteHigh};
+    return direction == GW_ADDRESS_READ ? IdRange{GW_PLC_READ_ID_FIRST, GW_PLC_READ_ID_LAST}
+                                        : IdRange{GW_PLC_WRITE_ID_FIRST, GW_PLC_WRITE_ID_LAST};
 }
 
 FieldbusModule::FieldbusModule(const StoredModule &stored, const ParamSchema &schema, QObject *parent)

@@ -12,6 +12,15 @@
 extern "C" {
 #endif
 
+/* The address ids of the simulated devices: read addresses (PLC -> vision)
+ * and write addresses (vision -> PLC) each take their own range, which the
+ * device descriptions give the module's address tables. PROFINET devices also
+ * have the fixed addresses 0 (read) and 1000 (write). */
+#define GW_PLC_READ_ID_FIRST 1
+#define GW_PLC_READ_ID_LAST 999
+#define GW_PLC_WRITE_ID_FIRST 1001
+#define GW_PLC_WRITE_ID_LAST 1999
+
 /* Sets the bytes of a read address (PLC -> vision) while the device is open.
  * The bytes replace the whole address; what they do not cover reads zero.
  * GW_ERR_WRONG_DIRECTION for a write address, GW_ERR_NOT_OPEN for a closed

@@ -1,11 +1,13 @@
 // Simulated PROFINET and EtherNet/IP devices of the real gateway, driven
-// through GW_PF_* from the vision side and GW_PLC_* from the PLC side:
-// address ids, areas, element conversions, pushes, restarts.
+// through GW_PF_* from the vision side and GW_PLC_* or gwplc from the PLC
+// side: address ids, areas, element conversions, pushes, restarts.
 #include "GatewayProcess.h"
 #include "GwCallbackRecorder.h"
 #include "GwPlcSide.h"
 #include "GwTestCalls.h"
 
+#include <QProcess>
+#include <QRegularExpression>
 #include <QtTest>
 
 using namespace GwTestCalls;
@@ -63,6 +65,9 @@ private slots:
     void write_eachSideItsOwnDirection_onlyWhileOpen();
     void plcWrite_pushedOnlyWithUpload();
     void restart_addressesAndSettingsBack();
+    void gwplc_commands_data();
+    void gwplc_commands();
+    void gwplc_watch_printsEachChange();
 
 private:
     void connectClient();
@@ -370,6 +375,107 @@ void tst_Fieldbus::restart_addressesAndSettingsBack()
     QTRY_COMPARE(m_recorder.results().size(), 1);
     QCOMPARE(m_recorder.results().first().data.size(), 12);
     QCOMPARE(addAddress(modules.first(), GW_ADDRESS_READ), 2);
+}
+
+void tst_Fieldbus::gwplc_commands_data()
+{
+    QTest::addColumn<QStringList>("args"); // %M module, %R read address, %W write address
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QByteArray>("output");  // in stdout; null: not checked
+    QTest::addColumn<QByteArray>("readHex"); // the read address afterwards; null: not checked
+    const QByteArray any;
+    auto row = [](const char *name, const QString &args, int exitCode, const QByteArray &output,
+                  const QByteArray &readHex) {
+        QTest::newRow(name) << args.split(' ') << exitCode << output << readHex;
+    };
+    // The device is PROFINET (big-endian); both addresses hold four 16-bit elements.
+    row("hex", "write %M %R 0a0b", 0, any, "0a0b000000000000");
+    row("integers", "write %M %R --int 1,-2", 0, any, "0001fffe00000000");
+    row("floats", "write %M %R --float 1.5", 0, any, "3fc0000000000000");
+    row("text", "write %M %R --text AB", 0, any, "4142000000000000");
+    row("read hex", "read %M %W", 0, "00 07 ff ff 00 00 00 00\n", any);
+    row("read integers", "read %M %W --int", 0, "7,-1,0,0\n", any);
+    row("list", "list", 0,
+        "module %M ProfinetModule \"device\" open\n"
+        "  read %R \"address\": 4 x 16-bit at 0, upload off\n"
+        "  write %W \"address\": 4 x 16-bit at 0, upload off\n",
+        any);
+    row("help", "--help", 0, any, any);
+    row("refused by the gateway", "write %M %W 01", 1, any, any);
+    row("odd hex", "write %M %R 0a0", 2, any, "0000000000000000");
+    row("integer too wide", "write %M %R --int 70000", 2, any, "0000000000000000");
+    row("no command", "--cycle 5", 2, any, any);
+    row("unknown option", "read %M %R --hex", 2, any, any);
+    row("no gateway", "--port %P read %M %R", 3, any, any);
+}
+
+void tst_Fieldbus::gwplc_commands()
+{
+    QFETCH(QStringList, args);
+    QFETCH(int, exitCode);
+    QFETCH(QByteArray, output);
+    QFETCH(QByteArray, readHex);
+    const int module = openDevice(kProfinet);
+    const int read = addAddress(module, GW_ADDRESS_READ, {{"SoftElementNum", "4"}});
+    const int write = addAddress(module, GW_ADDRESS_WRITE, {{"SoftElementNum", "4"}});
+    QCOMPARE(GW_PF_WriteInt(module, write, 2, "7;65535;"), GW_OK);
+    const QList<QPair<QString, int>> ids{{"%M", module}, {"%R", read}, {"%W", write}, {"%P", freePort()}};
+    for (const auto &id : ids) {
+        args.replaceInStrings(id.first, QString::number(id.second));
+        output.replace(id.first.toLatin1(), QByteArray::number(id.second));
+    }
+
+    QProcess gwplc;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("GATEWAY_PORT"), QString::number(m_gw.port()));
+    gwplc.setProcessEnvironment(env);
+    gwplc.start(qEnvironmentVariable("GWPLC"), args);
+    QVERIFY(gwplc.waitForFinished(10000));
+    const QByteArray err = gwplc.readAllStandardError();
+    QCOMPARE(gwplc.exitCode(), exitCode);
+    const QByteArray out = gwplc.readAllStandardOutput();
+    QVERIFY2(output.isNull() || out.contains(output), out.constData());
+    // Every failure says why on stderr.
+    QCOMPARE(err.startsWith("gwplc: "), exitCode != 0);
+    if (!readHex.isNull())
+        QCOMPARE(plcRead(module, read).toHex(), readHex);
+}
+
+// A module-wide watch prints each address once at the start and then each
+// change of any of them, a new address included, until SIGTERM.
+void tst_Fieldbus::gwplc_watch_printsEachChange()
+{
+    const int module = openDevice(kEip);
+    const int read = addAddress(module, GW_ADDRESS_READ);
+    const int write = addAddress(module, GW_ADDRESS_WRITE);
+    QProcess gwplc;
+    gwplc.start(qEnvironmentVariable("GWPLC"), {"--port", QString::number(m_gw.port()), "watch",
+                                                 QString::number(module), "--cycle", "5", "--int"});
+    QByteArray out;
+    auto lineFor = [&](int address, const QByteArray &shown) {
+        out += gwplc.readAllStandardOutput();
+        const QRegularExpression line(QStringLiteral("^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\.\\d{3} %1 %2$")
+                                          .arg(address)
+                                          .arg(QString::fromLatin1(shown)),
+                                      QRegularExpression::MultilineOption);
+        return line.match(QString::fromLatin1(out)).hasMatch();
+    };
+    QTRY_VERIFY(lineFor(read, "0") && lineFor(write, "0"));
+    QCOMPARE(GW_PF_WriteInt(module, write, 1, "300;"), GW_OK);
+    QTRY_VERIFY(lineFor(write, "300"));
+    QCOMPARE(GW_PLC_WriteAddress(module, read, "\xff\xff", 2), GW_OK);
+    QTRY_VERIFY(lineFor(read, "-1"));
+    const int added = addAddress(module, GW_ADDRESS_WRITE);
+    QTRY_VERIFY(lineFor(added, "0"));
+    QCOMPARE(GW_PF_DeleteModuleAddress(module, added), GW_OK);
+    QTRY_VERIFY(lineFor(added, "deleted"));
+
+    gwplc.terminate();
+    QVERIFY(gwplc.waitForFinished(5000));
+    QCOMPARE(gwplc.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(gwplc.exitCode(), 0);
+    out += gwplc.readAllStandardOutput();
+    QCOMPARE(out.count('\n'), 6);
 }
 
 QTEST_GUILESS_MAIN(tst_Fieldbus)

@@ -42,12 +42,14 @@ void EnumerationData::updateCurIndex(int index)
     TriggerAssociatedEvents();
 }
 
-// A refused write keeps the old index (an item of a device not yet created in
-// the gateway writes nothing and takes it, BaseItem::writeParam). The view is
-// told the index either way.
+// An item of a device not yet created in the gateway takes any index without
+// a write; its entry is written when the device is created (SetModuleParam()).
+// Otherwise a refused write keeps the old index. The view is told the index
+// either way.
 void EnumerationData::setCurIndex(int index)
 {
-    updateCurIndex(SetModuleParam(index) == 0 ? index : m_curIndex);
+    const bool taken = !inGateway() || SetModuleParam(index) == 0;
+    updateCurIndex(taken ? index : m_curIndex);
 }
 
 void EnumerationData::setMessageTip(bool show, QString &tip)
@@ -74,8 +76,10 @@ void EnumerationData::takeGatewayValue(const QByteArray &value)
 // No answer counts as accepted here, not even 0xE000010C.
 int EnumerationData::SetModuleParam(int index)
 {
-    if (index < 0 || index >= m_entries.size())
+    if (index < 0 || index >= m_entries.size()) {
+        COMM_LOG(CommLogInfo, "GwSetModuleParam [%s] index %d has no entry", objectName().toUtf8().constData(), index);
         return int(GW_ERR_INVALID_ARGUMENT);
+    }
     const QByteArray value = QByteArray::number(m_entries.at(index).value);
     const int rc = writeParam(value, false);
     if (rc != 0)

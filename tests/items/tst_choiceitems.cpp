@@ -124,17 +124,20 @@ void tst_ChoiceItems::enumeration_setCurIndex_data()
 {
     QTest::addColumn<int>("moduleId");
     QTest::addColumn<quint32>("answer");
+    QTest::addColumn<int>("chosen");
     QTest::addColumn<int>("index");
     QTest::addColumn<int>("writes");
-    QTest::newRow("written") << 6 << quint32(0) << 2 << 1;
-    QTest::newRow("refused keeps the old index") << 6 << quint32(GW_ERR_INVALID_VALUE) << 1 << 1;
-    QTest::newRow("reopen answer is a refusal here") << 6 << quint32(GW_ERR_PENDING_REOPEN) << 1 << 1;
+    QTest::newRow("written") << 6 << quint32(0) << 2 << 2 << 1;
+    QTest::newRow("refused keeps the old index") << 6 << quint32(GW_ERR_INVALID_VALUE) << 2 << 1 << 1;
+    QTest::newRow("reopen answer is a refusal here") << 6 << quint32(GW_ERR_PENDING_REOPEN) << 2 << 1 << 1;
+    QTest::newRow("module id 0 takes any index unwritten") << 0 << quint32(0) << 7 << 7 << 0;
 }
 
 void tst_ChoiceItems::enumeration_setCurIndex()
 {
     QFETCH(int, moduleId);
     QFETCH(quint32, answer);
+    QFETCH(int, chosen);
     QFETCH(int, index);
     QFETCH(int, writes);
     CommDevice device;
@@ -142,7 +145,7 @@ void tst_ChoiceItems::enumeration_setCurIndex()
     device.setDeviceID(moduleId);
     m_gw.answer(QStringLiteral("SetModuleParam"), answer);
     QSignalSpy changed(item->data(), &EnumerationData::curIndexChanged);
-    item->data()->setCurIndex(2);
+    item->data()->setCurIndex(chosen);
     QCOMPARE(item->data()->curIndex(), index);
     QCOMPARE(changed.count(), 1);
     QCOMPARE(m_gw.setCount(moduleId, "Parity", "3"), writes);

@@ -38,22 +38,6 @@ using Clock = std::chrono::steady_clock;
 constexpr size_t kLine = 64;
 const std::string kRequest = std::string("T1") + std::string(kLine - 4, 'x') + "\r\n";
 
-struct Latencies {
-    std::vector<double> us;
-    void add(Clock::time_point start)
-    {
-        us.push_back(std::chrono::duration<double, std::micro>(Clock::now() - start).count());
-    }
-    void report(benchmark::State &state)
-    {
-        if (us.empty())
-            return;
-        std::sort(us.begin(), us.end());
-        state.counters["p50_us"] = us[us.size() / 2];
-        state.counters["p99_us"] = us[us.size() * 99 / 100];
-    }
-};
-
 // How the application answers a line.
 enum class Answer { None, FromCallback, FromThread };
 std::atomic<Answer> g_answer{Answer::None};
@@ -254,7 +238,7 @@ long long nowNs()
 void pacedOneWay(benchmark::State &state, int fd, const std::atomic<long long> &arrived,
                  const std::atomic<long long> &arrivalNs)
 {
-    std::vector<double> us;
+    Latencies latencies;
     long long expected = arrived.load();
     auto slot = Clock::now();
     for (auto _ : state) {
@@ -272,13 +256,9 @@ void pacedOneWay(benchmark::State &state, int fd, const std::atomic<long long> &
             state.SkipWithError("a line did not arrive");
             break;
         }
-        us.push_back(double(arrivalNs.load() - start) / 1000.0);
+        latencies.us.push_back(double(arrivalNs.load() - start) / 1000.0);
     }
-    if (us.empty())
-        return;
-    std::sort(us.begin(), us.end());
-    state.counters["p50_us"] = us[us.size() / 2];
-    state.counters["p99_us"] = us[us.size() * 99 / 100];
+    latencies.report(state);
 }
 
 void BM_PlainOneWay(benchmark::State &state)

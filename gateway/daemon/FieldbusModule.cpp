@@ -9,9 +9,15 @@ namespace {
 // more would leave some out of its tables.
 constexpr int kMaxAddresses = 999;
 // PROFINET's fixed addresses: 32 16-bit elements each.
-constexpr int kFixedReadId = 0;
-constexpr int kFixedWriteId = 1000;
+constexpr int kFixedReadId = GW_PLC_FIXED_READ_ID;
+constexpr int kFixedWriteId = GW_PLC_FIXED_WRITE_ID;
 constexpr char kFixedElements[] = "32";
+// The heartbeat bit of the fixed write address: bit 7 of its first byte, key
+// "0.7" of ProfinetModuleFixedAddressParam.xml.
+constexpr int kHeartbeatByte = 0;
+constexpr char kHeartbeatMask = char(0x80);
+// The one setting of a fixed address that can be changed.
+constexpr char kPollEnable[] = "PollEnable";
 
 bool isTrue(const QByteArray &text)
 {
@@ -33,12 +39,20 @@ FieldbusModule::IdRange FieldbusModule::idRange(int direction)
 FieldbusModule::FieldbusModule(const StoredModule &stored, const ParamSchema &schema, QObject *parent)
     : GatewayModule(stored, schema, parent), m_addressSchema(*ParamSchema::forAddressOf(stored.type)),
       m_unitsPerElement(stored.type == "ProfinetModule" ? 1 : 2),
-      m_byteOrder(FieldbusCodec::byteOrderOf(std::string_view(stored.type.constData(), size_t(stored.type.size()))))
+      m_byteOrder(FieldbusCodec::byteOrderOf(std::string_view(stored.type.constData(), size_t(stored.type.size())))),
+      m_hasFixedAddresses(stored.type == "ProfinetModule")
 {
-    if (stored.type == "ProfinetModule") {
+    if (m_hasFixedAddresses) {
         addFixedAddress(kFixedReadId, GW_ADDRESS_READ, "FixedReadAddress");
         addFixedAddress(kFixedWriteId, GW_ADDRESS_WRITE, "FixedWriteAddress");
+        for (int id : {kFixedReadId, kFixedWriteId}) {
+            const ParamMap saved = stored.builtInAddressParams.value(id);
+            if (saved.contains(kPollEnable))
+                find(id)->stored.params.insert(kPollEnable, saved.value(kPollEnable));
+        }
     }
+    m_heartbeat.setTimerType(Qt::PreciseTimer);
+    connect(&m_heartbeat, &QTimer::timeout, this, &FieldbusModule::toggleHeartbeat);
     for (const StoredAddress &storedAddress : stored.addresses) {
         Address address{storedAddress, {}, false};
         ParamMap params = m_addressSchema.defaults();
@@ -141,11 +155,12 @@ quint32 FieldbusModule::checkParams(int addressId, const ParamMap &changes) cons
     const Address *address = find(addressId);
     if (!address)
         return GW_ERR_UNKNOWN_ADDRESS;
-    if (address->fixed)
-        return GW_ERR_NOT_SUPPORTED;
-    for (auto it = changes.cbegin(); it != changes.cend(); ++it)
+    for (auto it = changes.cbegin(); it != changes.cend(); ++it) {
+        if (address->fixed && it.key() != kPollEnable)
+            return GW_ERR_NOT_SUPPORTED;
         if (const quint32 rc = m_addressSchema.validate(it.key(), it.value()))
             return rc;
+    }
     if (!changes.contains("SoftElementAddress") && !changes.contains("SoftElementNum"))
         return GW_OK;
     ParamMap after = address->stored.params;
@@ -156,10 +171,19 @@ quint32 FieldbusModule::checkParams(int addressId, const ParamMap &changes) cons
                                            {"SoftElementNum", after.value("SoftElementNum")}});
 }
 
+// The heartbeat interval of a device with fixed addresses takes effect at
+// once; every other integer setting of an open device waits for a reopen.
 quint32 FieldbusModule::applyParams(int addressId, const ParamMap &changes)
 {
-    if (addressId == -1)
-        return GatewayModule::applyParams(addressId, changes);
+    if (addressId == -1) {
+        if (!m_hasFixedAddresses || !changes.contains("Heartbeat"))
+            return GatewayModule::applyParams(addressId, changes);
+        ParamMap others = changes;
+        GatewayModule::applyParams(addressId, {{"Heartbeat", others.take("Heartbeat")}});
+        const quint32 rc = others.isEmpty() ? GW_OK : GatewayModule::applyParams(addressId, others);
+        updateHeartbeat();
+        return rc;
+    }
     Address *address = find(addressId);
     if (!address)
         return GW_ERR_UNKNOWN_ADDRESS;
@@ -168,6 +192,8 @@ quint32 FieldbusModule::applyParams(int addressId, const ParamMap &changes)
     if (changes.contains("AddressName"))
         address->stored.name = changes.value("AddressName");
     resizeData(*address);
+    if (address->fixed)
+        updateHeartbeat();
     return GW_OK;
 }
 
@@ -176,8 +202,46 @@ quint32 FieldbusModule::setOpen(bool open)
     if (open == m_open)
         return GW_OK;
     m_open = open;
+    updateHeartbeat();
     emit eventRaised(open ? GW_EVENT_CONNECTED : GW_EVENT_DISCONNECTED, id());
     return GW_OK;
+}
+
+bool FieldbusModule::pollEnabled(int addressId) const
+{
+    const Address *address = find(addressId);
+    return address && isTrue(address->stored.params.value(kPollEnable));
+}
+
+// Runs the heartbeat while the device is open and its fixed write address
+// polls, at the current "Heartbeat" interval; a running timer keeps its
+// phase unless the interval changed.
+void FieldbusModule::updateHeartbeat()
+{
+    const int interval = values().value("Heartbeat").toInt();
+    if (!m_hasFixedAddresses || !m_open || !pollEnabled(kFixedWriteId) || interval <= 0) {
+        m_heartbeat.stop();
+        return;
+    }
+    if (!m_heartbeat.isActive() || m_heartbeat.interval() != interval)
+        m_heartbeat.start(interval);
+}
+
+void FieldbusModule::toggleHeartbeat()
+{
+    m_heartbeatHigh = !m_heartbeatHigh;
+    if (Address *address = find(kFixedWriteId))
+        applyHeartbeatBit(*address);
+}
+
+// The heartbeat bit belongs to the gateway: a write of the vision side to
+// the fixed write address does not change it.
+void FieldbusModule::applyHeartbeatBit(Address &address) const
+{
+    if (address.data.size() <= kHeartbeatByte)
+        return;
+    const char byte = address.data.at(kHeartbeatByte);
+    address.data[kHeartbeatByte] = m_heartbeatHigh ? char(byte | kHeartbeatMask) : char(byte & ~kHeartbeatMask);
 }
 
 QList<StoredAddress> FieldbusModule::addresses() const
@@ -266,7 +330,7 @@ quint32 FieldbusModule::writeString(int addressId, const QByteArray &text)
     Address *address = nullptr;
     if (const quint32 rc = writableAddress(addressId, GW_ADDRESS_WRITE, &address))
         return rc;
-    return replaceData(*address, text);
+    return replaceWritten(*address, text);
 }
 
 quint32 FieldbusModule::writeValues(int addressId, int count, const QByteArray &text, bool isFloat)
@@ -282,7 +346,15 @@ quint32 FieldbusModule::writeValues(int addressId, int count, const QByteArray &
         return GW_ERR_COUNT_MISMATCH;
     if (rc != GW_OK)
         return rc;
-    return replaceData(*address, QByteArray(bytes.data(), int(bytes.size())));
+    return replaceWritten(*address, QByteArray(bytes.data(), int(bytes.size())));
+}
+
+quint32 FieldbusModule::replaceWritten(Address &address, const QByteArray &bytes)
+{
+    const quint32 rc = replaceData(address, bytes);
+    if (rc == GW_OK && address.fixed)
+        applyHeartbeatBit(address);
+    return rc;
 }
 
 quint32 FieldbusModule::plcWrite(int addressId, const QByteArray &data)
@@ -292,7 +364,9 @@ quint32 FieldbusModule::plcWrite(int addressId, const QByteArray &data)
         return rc;
     if (const quint32 rc = replaceData(*address, data))
         return rc;
-    if (isTrue(address->stored.params.value("Upload")))
+    // The fixed read address has no "Upload" of its own: its "PollEnable"
+    // decides.
+    if (isTrue(address->stored.params.value(address->fixed ? kPollEnable : "Upload")))
         emit resultsReady(id(), addressId, {address->data});
     return GW_OK;
 }

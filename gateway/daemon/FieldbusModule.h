@@ -4,6 +4,7 @@
 #include "GatewayModule.h"
 
 #include <QMap>
+#include <QTimer>
 
 // A simulated PROFINET or EtherNet/IP device. No fieldbus stack runs here:
 // each address is a block of elements that one side writes and the other
@@ -12,6 +13,13 @@
 // may read any address. A PLC write to a read address with "Upload" true is
 // pushed to the vision side as a result with that address's id; writes of
 // the vision side are never echoed back.
+//
+// A PROFINET device also has two fixed addresses, 0 (read) and 1000 (write),
+// whose bits the device description names. Of their settings only
+// "PollEnable" can be changed: on the read address it decides whether a PLC
+// write is pushed to the vision side, on the write address whether the
+// gateway toggles the heartbeat bit every "Heartbeat" milliseconds while the
+// device is open.
 class FieldbusModule : public GatewayModule
 {
     Q_OBJECT
@@ -55,6 +63,10 @@ private:
 
     Address *find(int addressId);
     const Address *find(int addressId) const;
+    bool pollEnabled(int addressId) const;
+    void updateHeartbeat();
+    void toggleHeartbeat();
+    void applyHeartbeatBit(Address &address) const;
     StoredAddress insertAddress(int id, int direction, const QByteArray &name, const ParamMap &extra, bool fixed);
     void addFixedAddress(int id, int direction, const QByteArray &name);
     QByteArray constraintsOf(int direction) const;
@@ -62,6 +74,7 @@ private:
     static void resizeData(Address &address);
     quint32 writableAddress(int addressId, int direction, Address **found);
     static quint32 replaceData(Address &address, const QByteArray &bytes);
+    quint32 replaceWritten(Address &address, const QByteArray &bytes);
 
     const ParamSchema &m_addressSchema;
     // Units of the address axis that one element takes, as the address
@@ -70,4 +83,7 @@ private:
     const FieldbusCodec::ByteOrder m_byteOrder;
     QMap<int, Address> m_addresses;
     bool m_open = false;
+    const bool m_hasFixedAddresses;
+    QTimer m_heartbeat;
+    bool m_heartbeatHigh = false;
 };

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QSqlDatabase>
 #include <QSqlError>
+#include <QSet>
 #include <QSqlQuery>
 #include <QVariant>
 #include <atomic>
@@ -118,6 +119,7 @@ QList<StoredModule> ModuleStore::load()
     QSqlQuery addresses(db);
     addresses.exec(QStringLiteral("SELECT module, id, direction, name FROM addresses ORDER BY module, id"));
     QMap<int, QList<StoredAddress>> addressesOf;
+    QSet<QPair<int, int>> created;
     while (addresses.next()) {
         StoredAddress address;
         address.id = addresses.value(1).toInt();
@@ -126,10 +128,16 @@ QList<StoredModule> ModuleStore::load()
         const int module = addresses.value(0).toInt();
         address.params = paramsOf.value({module, address.id});
         addressesOf[module].append(address);
+        created.insert({module, address.id});
     }
+    QMap<int, QMap<int, ParamMap>> builtInOf;
+    for (auto it = paramsOf.cbegin(); it != paramsOf.cend(); ++it)
+        if (it.key().second >= 0 && !created.contains(it.key()))
+            builtInOf[it.key().first].insert(it.key().second, it.value());
     for (StoredModule &module : modules) {
         module.params = paramsOf.value({module.id, -1});
         module.addresses = addressesOf.value(module.id);
+        module.builtInAddressParams = builtInOf.value(module.id);
     }
     return modules;
 }

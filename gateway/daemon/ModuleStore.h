@@ -22,6 +22,9 @@ struct StoredModule {
     bool open = false;
     ParamMap params;
     QList<StoredAddress> addresses;
+    // Parameters stored for addresses the module has without creating them
+    // (PROFINET's fixed addresses), by address id.
+    QMap<int, ParamMap> builtInAddressParams;
 };
 
 // The gateway's state in an SQLite database ("gateway.db" in the state

@@ -15,11 +15,17 @@ extern "C" {
 /* The address ids of the simulated devices: read addresses (PLC -> vision)
  * and write addresses (vision -> PLC) each take their own range, which the
  * device descriptions give the module's address tables. PROFINET devices also
- * have the fixed addresses 0 (read) and 1000 (write). */
+ * have the fixed addresses 0 (read) and 1000 (write), 32 16-bit elements each,
+ * not listed with the others; only their "PollEnable" can be set. With it on,
+ * a PLC write to the fixed read address is pushed to the vision side, and
+ * while the device is open the gateway toggles the heartbeat bit of the fixed
+ * write address (bit 7 of its first byte) every "Heartbeat" milliseconds. */
 #define GW_PLC_READ_ID_FIRST 1
 #define GW_PLC_READ_ID_LAST 999
 #define GW_PLC_WRITE_ID_FIRST 1001
 #define GW_PLC_WRITE_ID_LAST 1999
+#define GW_PLC_FIXED_READ_ID 0
+#define GW_PLC_FIXED_WRITE_ID 1000
 
 /* Sets the bytes of a read address (PLC -> vision) while the device is open.
  * The bytes replace the whole address; what they do not cover reads zero.

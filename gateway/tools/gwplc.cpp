@@ -24,7 +24,9 @@ constexpr char kHelp[] = R"(usage: gwplc [--port N] list | write|read|watch MODU
 Plays the PLC of a simulated PROFINET or EtherNet/IP device of a running
 gatewayd. MODULE is the device's module id and ADDRESS an address id, as
 `gwplc list` shows them: read addresses (PLC -> vision) 1-999, write
-addresses (vision -> PLC) 1001-1999.
+addresses (vision -> PLC) 1001-1999, and on PROFINET the fixed read
+address 0 and fixed write address 1000, whose bit 7 of the first byte is
+the gateway's heartbeat.
 
 Commands:
   list                              the PROFINET and EtherNet/IP devices and
@@ -285,7 +287,19 @@ int commandRead(int module, int address, Form form)
     return kDone;
 }
 
-// The ids to watch: the one given, or every address the module lists now.
+// The fixed addresses of a PROFINET device (none on other devices), which
+// the gateway does not list with the others.
+std::vector<int> fixedIds(int module)
+{
+    std::vector<int> ids;
+    std::vector<std::string> unused;
+    for (int id : {GW_PLC_FIXED_READ_ID, GW_PLC_FIXED_WRITE_ID})
+        if (addressParams(module, id, {"PollEnable"}, &unused) == GW_OK)
+            ids.push_back(id);
+    return ids;
+}
+
+// The ids to watch: the one given, or every address the module has now.
 uint32_t watchedIds(int module, int address, std::vector<int> *ids)
 {
     ids->clear();
@@ -295,6 +309,7 @@ uint32_t watchedIds(int module, int address, std::vector<int> *ids)
     }
     std::vector<GW_ADDRESS_INFO> addresses;
     const uint32_t rc = addressesOf(module, &addresses);
+    *ids = fixedIds(module);
     for (const GW_ADDRESS_INFO &info : addresses)
         ids->push_back(info.addressId);
     return rc;
@@ -312,6 +327,13 @@ int commandList()
             continue; // a stream device
         std::printf("module %d %s \"%s\" %s\n", module.moduleId, module.moduleType, module.displayName,
                     module.state ? "open" : "off");
+        for (int id : fixedIds(module.moduleId)) {
+            std::vector<std::string> v;
+            if (addressParams(module.moduleId, id, {"IntDataType", "SoftElementNum", "PollEnable"}, &v) == GW_OK)
+                std::printf("  fixed %s %d: %s x %d-bit, poll %s\n", id == GW_PLC_FIXED_READ_ID ? "read" : "write", id,
+                            v[1].c_str(), 8 * FieldbusCodec::widthOf(std::atoi(v[0].c_str())),
+                            v[2] == "true" || v[2] == "True" ? "on" : "off");
+        }
         for (const GW_ADDRESS_INFO &address : addresses) {
             std::vector<std::string> v;
             if (addressParams(module.moduleId, address.addressId,

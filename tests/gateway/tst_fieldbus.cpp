@@ -395,6 +395,8 @@ void tst_Fieldbus::gwplc_commands_data()
     row("read integers", "read %M %W --int", 0, "7,-1,0,0\n", any);
     row("list", "list", 0,
         "module %M ProfinetModule \"device\" open\n"
+        "  fixed read 0: 32 x 16-bit, poll on\n"
+        "  fixed write 1000: 32 x 16-bit, poll on\n"
         "  read %R \"address\": 4 x 16-bit at 0, upload off\n"
         "  write %W \"address\": 4 x 16-bit at 0, upload off\n",
         any);

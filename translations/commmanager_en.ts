@@ -970,5 +970,101 @@
         <source>通信管理</source>
         <translation>Communication</translation>
     </message>
+    <message>
+        <source>Ready</source>
+        <translation>Ready</translation>
+    </message>
+    <message>
+        <source>Busy</source>
+        <translation>Busy</translation>
+    </message>
+    <message>
+        <source>Trigger acknowledge</source>
+        <translation>Trigger acknowledge</translation>
+    </message>
+    <message>
+        <source>Result OK</source>
+        <translation>Result OK</translation>
+    </message>
+    <message>
+        <source>Result NG</source>
+        <translation>Result NG</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Error</translation>
+    </message>
+    <message>
+        <source>Job change done</source>
+        <translation>Job change done</translation>
+    </message>
+    <message>
+        <source>Heartbeat</source>
+        <translation>Heartbeat</translation>
+    </message>
+    <message>
+        <source>Online</source>
+        <translation>Online</translation>
+    </message>
+    <message>
+        <source>Reset done</source>
+        <translation>Reset done</translation>
+    </message>
+    <message>
+        <source>Job change failed</source>
+        <translation>Job change failed</translation>
+    </message>
+    <message>
+        <source>Result valid</source>
+        <translation>Result valid</translation>
+    </message>
+    <message>
+        <source>Trigger refused</source>
+        <translation>Trigger refused</translation>
+    </message>
+    <message>
+        <source>Image stored</source>
+        <translation>Image stored</translation>
+    </message>
+    <message>
+        <source>Trigger</source>
+        <translation>Trigger</translation>
+    </message>
+    <message>
+        <source>Reset</source>
+        <translation>Reset</translation>
+    </message>
+    <message>
+        <source>Job change request</source>
+        <translation>Job change request</translation>
+    </message>
+    <message>
+        <source>Clear error</source>
+        <translation>Clear error</translation>
+    </message>
+    <message>
+        <source>Online request</source>
+        <translation>Online request</translation>
+    </message>
+    <message>
+        <source>Result acknowledge</source>
+        <translation>Result acknowledge</translation>
+    </message>
+    <message>
+        <source>Trigger enable</source>
+        <translation>Trigger enable</translation>
+    </message>
+    <message>
+        <source>Image save request</source>
+        <translation>Image save request</translation>
+    </message>
+    <message>
+        <source>Illumination on</source>
+        <translation>Illumination on</translation>
+    </message>
+    <message>
+        <source>PLC heartbeat</source>
+        <translation>PLC heartbeat</translation>
+    </message>
 </context>
 </TS>

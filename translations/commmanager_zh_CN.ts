@@ -970,5 +970,101 @@
         <source>通信管理</source>
         <translation>通信管理</translation>
     </message>
+    <message>
+        <source>Ready</source>
+        <translation>就绪</translation>
+    </message>
+    <message>
+        <source>Busy</source>
+        <translation>忙碌</translation>
+    </message>
+    <message>
+        <source>Trigger acknowledge</source>
+        <translation>触发应答</translation>
+    </message>
+    <message>
+        <source>Result OK</source>
+        <translation>结果OK</translation>
+    </message>
+    <message>
+        <source>Result NG</source>
+        <translation>结果NG</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>错误</translation>
+    </message>
+    <message>
+        <source>Job change done</source>
+        <translation>换型完成</translation>
+    </message>
+    <message>
+        <source>Heartbeat</source>
+        <translation>心跳</translation>
+    </message>
+    <message>
+        <source>Online</source>
+        <translation>在线</translation>
+    </message>
+    <message>
+        <source>Reset done</source>
+        <translation>复位完成</translation>
+    </message>
+    <message>
+        <source>Job change failed</source>
+        <translation>换型失败</translation>
+    </message>
+    <message>
+        <source>Result valid</source>
+        <translation>结果有效</translation>
+    </message>
+    <message>
+        <source>Trigger refused</source>
+        <translation>触发被拒绝</translation>
+    </message>
+    <message>
+        <source>Image stored</source>
+        <translation>图像已保存</translation>
+    </message>
+    <message>
+        <source>Trigger</source>
+        <translation>触发</translation>
+    </message>
+    <message>
+        <source>Reset</source>
+        <translation>复位</translation>
+    </message>
+    <message>
+        <source>Job change request</source>
+        <translation>换型请求</translation>
+    </message>
+    <message>
+        <source>Clear error</source>
+        <translation>清除错误</translation>
+    </message>
+    <message>
+        <source>Online request</source>
+        <translation>在线请求</translation>
+    </message>
+    <message>
+        <source>Result acknowledge</source>
+        <translation>结果应答</translation>
+    </message>
+    <message>
+        <source>Trigger enable</source>
+        <translation>触发使能</translation>
+    </message>
+    <message>
+        <source>Image save request</source>
+        <translation>保存图像请求</translation>
+    </message>
+    <message>
+        <source>Illumination on</source>
+        <translation>光源开启</translation>
+    </message>
+    <message>
+        <source>PLC heartbeat</source>
+        <translation>PLC心跳</translation>
+    </message>
 </context>
 </TS>

@@ -31,6 +31,7 @@ void ProfinetFixedButton::CreateControl(tinyxml2::XMLElement *element)
     _S_Comm_BasicDefaultInfo_ info;
     QVariantMap values;
     const bool read = readItemElement(element, info, [&](tinyxml2::XMLElement *child) {
+        // "ItemWidth" is the panel's business; the cell has its fixed width.
         if (isNamed(child, "ReadAddressId"))
             values.insert(QStringLiteral("readAddressId"), xmlInt(child));
         if (isNamed(child, "WriteAddressId"))
@@ -45,16 +46,18 @@ void ProfinetFixedButton::CreateControl(tinyxml2::XMLElement *element)
     ProfinetFixedButtonData *data = read ? makeData<ProfinetFixedButtonData>(info) : nullptr;
     if (!data)
         return;
-    if (values.contains(QStringLiteral("readAddressId")))
-        data->setReadAddressId(values.value(QStringLiteral("readAddressId")).toInt());
-    if (values.contains(QStringLiteral("writeAddressId")))
-        data->setWriteAddressId(values.value(QStringLiteral("writeAddressId")).toInt());
-    if (values.contains(QStringLiteral("windowTitle")))
-        data->setWindowTitle(values.value(QStringLiteral("windowTitle")).toString());
-    if (values.contains(QStringLiteral("readAddressText")))
-        data->setReadAddressText(values.value(QStringLiteral("readAddressText")).toString());
-    if (values.contains(QStringLiteral("writeAddressText")))
-        data->setWriteAddressText(values.value(QStringLiteral("writeAddressText")).toString());
+    data->setReadAddressId(values.value(QStringLiteral("readAddressId"), data->readAddressId()).toInt());
+    data->setWriteAddressId(values.value(QStringLiteral("writeAddressId"), data->writeAddressId()).toInt());
+    data->setWindowTitle(values.value(QStringLiteral("windowTitle")).toString());
+    data->setReadAddressText(values.value(QStringLiteral("readAddressText")).toString());
+    data->setWriteAddressText(values.value(QStringLiteral("writeAddressText")).toString());
+    data->CreateFixedAddress();
+}
+
+void ProfinetFixedButton::setDeviceID(int id)
+{
+    if (ProfinetFixedButtonData *model = data())
+        model->setDeviceId(id);
 }
 
 } // namespace CommunicationControl

@@ -28,6 +28,18 @@ int FakeGateway::addModule(const QByteArray &type, const QByteArray &name)
     return id;
 }
 
+void FakeGateway::setAddressData(int moduleId, int addressId, const QByteArray &bytes)
+{
+    Lock lock(m_mutex);
+    m_s.addressData[qMakePair(moduleId, addressId)] = bytes;
+}
+
+QByteArray FakeGateway::addressData(int moduleId, int addressId) const
+{
+    Lock lock(m_mutex);
+    return m_s.addressData.value(qMakePair(moduleId, addressId));
+}
+
 QList<FakeGwCall> FakeGateway::calls(const QString &function) const
 {
     Lock lock(m_mutex);

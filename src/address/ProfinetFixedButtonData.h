@@ -84,6 +84,7 @@ signals:
 private:
     QList<AddressInfo *> makeBitEntries(const QMap<QString, QString> &bits, int addressId);
     bool writeSetting(const QByteArray &key, const QByteArray &value, int addressId);
+    bool readPollEnable(int addressId, bool *flag);
     int moduleId() const;
 
     int m_readAddressId = 0;

@@ -1,10 +1,13 @@
 // gatewayd: the local gateway process. Runs the communication devices and
 // serves the GW_PF_* client library on 127.0.0.1.
+#include "GatewayLog.h"
 #include "GatewayServer.h"
 #include "GatewayService.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QDir>
+#include <QLockFile>
 #include <QSocketNotifier>
 #include <csignal>
 #include <cstdio>
@@ -12,6 +15,9 @@
 #include <unistd.h>
 
 namespace {
+// Exit codes besides 0: 1 cannot start, 2 wrong usage.
+constexpr int kExitStateDirInUse = 3;
+
 int g_signalPipe[2] = {-1, -1};
 
 void onSignal(int)
@@ -20,7 +26,7 @@ void onSignal(int)
     (void)!::write(g_signalPipe[1], &byte, 1);
 }
 
-// SIGTERM and SIGINT end the event loop from a normal slot, so devices are
+// SIGTERM, SIGINT and SIGHUP end the event loop from a normal slot, so devices are
 // closed and state is flushed on the way out.
 void installQuitOnSignal(QCoreApplication &app)
 {
@@ -38,6 +44,7 @@ void installQuitOnSignal(QCoreApplication &app)
     action.sa_flags = SA_RESTART;
     sigaction(SIGTERM, &action, nullptr);
     sigaction(SIGINT, &action, nullptr);
+    sigaction(SIGHUP, &action, nullptr);
 }
 } // namespace
 
@@ -61,6 +68,9 @@ int main(int argc, char *argv[])
                       QStringLiteral("DIR"), QStringLiteral(".")});
     parser.addOption({QStringLiteral("serial-extra"),
                       QStringLiteral("Extra serial device path to offer (repeatable)."), QStringLiteral("PATH")});
+    parser.addOption({QStringLiteral("log-file"),
+                      QStringLiteral("Write the log to FILE, rotated by size (default: standard error)."),
+                      QStringLiteral("FILE")});
     parser.process(app);
 
     bool portOk = false;
@@ -70,10 +80,39 @@ int main(int argc, char *argv[])
         return 2;
     }
 
+    GatewayLog log;
+    if (!log.open(parser.value(QStringLiteral("log-file")))) {
+        std::fprintf(stderr, "gatewayd: cannot write the log file %s\n",
+                     qPrintable(parser.value(QStringLiteral("log-file"))));
+        return 1;
+    }
+    log.install();
+
+    // One gateway per state directory: two would each run the devices and
+    // keep a database the other does not see.
+    const QString stateDir = parser.value(QStringLiteral("state-dir"));
+    QDir().mkpath(stateDir);
+    QLockFile lock(QDir(stateDir).filePath(QStringLiteral("gatewayd.lock")));
+    lock.setStaleLockTime(0); // held as long as its process lives, however long that is
+    if (!lock.tryLock(0)) {
+        qint64 pid = 0;
+        QString host, application;
+        lock.getLockInfo(&pid, &host, &application);
+        const QString message = lock.error() == QLockFile::LockFailedError
+                                    ? QStringLiteral("another gateway (pid %1) already uses the state directory %2")
+                                          .arg(pid)
+                                          .arg(QDir(stateDir).absolutePath())
+                                    : QStringLiteral("cannot lock the state directory %1").arg(QDir(stateDir).absolutePath());
+        if (parser.isSet(QStringLiteral("log-file")))
+            qCritical("%s", qPrintable(message));
+        std::fprintf(stderr, "gatewayd: %s\n", qPrintable(message));
+        return kExitStateDirInUse;
+    }
+
     installQuitOnSignal(app);
     GatewayService service;
     service.setSerialExtras(parser.values(QStringLiteral("serial-extra")));
-    if (!service.start(parser.value(QStringLiteral("state-dir"))))
+    if (!service.start(stateDir))
         return 1;
     GatewayServer server(service);
     if (!server.listen(quint16(port))) {

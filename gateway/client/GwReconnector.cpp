@@ -1,0 +1,97 @@
+#include "GwReconnector.h"
+
+#include "GwLog.h"
+
+#include <chrono>
+#include <cstring>
+
+GwReconnector::GwReconnector(Attempt attempt, Report report)
+    : m_attempt(std::move(attempt)), m_report(std::move(report))
+{
+}
+
+GwReconnector::~GwReconnector()
+{
+    stop();
+}
+
+int GwReconnector::backoffMs(int attempt)
+{
+    int ms = kFirstBackoffMs;
+    for (int i = 1; i < attempt && ms < kMaxBackoffMs; ++i)
+        ms *= 2;
+    return ms < kMaxBackoffMs ? ms : kMaxBackoffMs;
+}
+
+void GwReconnector::start()
+{
+    stop();
+    std::lock_guard<std::mutex> lock(m_mutex);
+    m_stopping = false;
+    m_lost = false;
+    m_thread = std::thread([this] { run(); });
+}
+
+void GwReconnector::stop()
+{
+    {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        m_stopping = true;
+    }
+    m_wake.notify_all();
+    if (!m_thread.joinable())
+        return;
+    if (m_thread.get_id() == std::this_thread::get_id())
+        m_thread.detach(); // inside a report: the thread sees m_stopping when it returns
+    else
+        m_thread.join();
+}
+
+void GwReconnector::connectionLost()
+{
+    {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        m_lost = true;
+    }
+    m_wake.notify_all();
+}
+
+bool GwReconnector::stopWithin(int ms)
+{
+    std::unique_lock<std::mutex> lock(m_mutex);
+    return m_wake.wait_for(lock, std::chrono::milliseconds(ms), [this] { return m_stopping; });
+}
+
+void GwReconnector::run()
+{
+    while (true) {
+        {
+            std::unique_lock<std::mutex> lock(m_mutex);
+            m_wake.wait(lock, [this] { return m_stopping || m_lost; });
+            if (m_stopping)
+                return;
+            m_lost = false;
+        }
+        gwLog(GwLogWarning, "gateway connection lost; reconnecting");
+        m_report(GW_EVENT_GATEWAY_LOST, std::string());
+        for (int attempt = 1;; ++attempt) {
+            {
+                std::lock_guard<std::mutex> lock(m_mutex);
+                if (m_stopping)
+                    return;
+            }
+            if (m_attempt()) {
+                gwLog(GwLogInfo, "gateway connection restored after %d attempt(s)", attempt);
+                m_report(GW_EVENT_GATEWAY_RESTORED, std::string());
+                break;
+            }
+            const int32_t wait = backoffMs(attempt);
+            const int32_t fields[2] = {attempt, wait};
+            std::string payload(sizeof(fields), '\0');
+            std::memcpy(&payload[0], fields, sizeof(fields));
+            m_report(GW_EVENT_GATEWAY_RECONNECTING, payload);
+            if (stopWithin(wait))
+                return;
+        }
+    }
+}

@@ -2,6 +2,7 @@
 // host stand-ins (configuration, log file, command service), opens the module
 // and shows the page.
 #include "CommManagerModule.h"
+#include "ErrorCodeText.h"
 #include "GatewayLauncher.h"
 
 #include "HostConfig.h"
@@ -12,13 +13,47 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
+#include <QMessageBox>
 #include <QQmlContext>
 #include <QQuickWindow>
+#include <QSocketNotifier>
 #include <QStandardPaths>
 #include <QTimer>
+#include <csignal>
 #include <cstdio>
+#include <sys/socket.h>
+#include <unistd.h>
 
 namespace {
+int g_signalPipe[2] = {-1, -1};
+
+void onSignal(int)
+{
+    const char byte = 1;
+    (void)!::write(g_signalPipe[1], &byte, 1);
+}
+
+// SIGTERM, SIGINT (Ctrl+C) and SIGHUP end the event loop from a normal slot,
+// so the page closes and the gateway is stopped as by the close button.
+void quitOnSignals(QCoreApplication &app)
+{
+    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, g_signalPipe) != 0)
+        return;
+    auto *notifier = new QSocketNotifier(g_signalPipe[0], QSocketNotifier::Read, &app);
+    QObject::connect(notifier, &QSocketNotifier::activated, &app, [&app] {
+        char byte;
+        (void)!::read(g_signalPipe[0], &byte, 1);
+        std::fprintf(stderr, "commmanager: signal received, closing\n");
+        app.quit();
+    });
+    struct sigaction action {};
+    action.sa_handler = onSignal;
+    sigemptyset(&action.sa_mask);
+    action.sa_flags = SA_RESTART;
+    for (int sig : {SIGTERM, SIGINT, SIGHUP})
+        sigaction(sig, &action, nullptr);
+}
+
 QString defaultStateDir()
 {
     const QByteArray xdg = qgetenv("XDG_STATE_HOME");
@@ -55,8 +90,10 @@ int main(int argc, char *argv[])
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Lumora communication manager"));
     parser.addHelpOption();
-    QCommandLineOption lang(QStringLiteral("lang"), QStringLiteral("Language: en or zh."), QStringLiteral("lang"),
-                            QStringLiteral("zh"));
+    QCommandLineOption lang(QStringLiteral("lang"),
+                            QStringLiteral("Language of the page: en or zh. The page starts in Chinese unless "
+                                           "--lang en is given."),
+                            QStringLiteral("lang"), QStringLiteral("zh"));
     QCommandLineOption port(QStringLiteral("gateway-port"),
                             QStringLiteral("Port of a running gateway (default: start one)."), QStringLiteral("port"));
     QCommandLineOption stateDir(QStringLiteral("state-dir"), QStringLiteral("Folder for the log and the gateway state."),
@@ -64,20 +101,36 @@ int main(int argc, char *argv[])
     QCommandLineOption screenshot(QStringLiteral("screenshot"),
                                   QStringLiteral("Render the page once, write it to FILE and exit."),
                                   QStringLiteral("file"));
-    parser.addOptions({lang, port, stateDir, screenshot});
+    QCommandLineOption serialExtra(QStringLiteral("serial-extra"),
+                                   QStringLiteral("Extra serial device path for the gateway to offer, such as a "
+                                                  "pseudo-terminal (repeatable; passed to gatewayd)."),
+                                   QStringLiteral("path"));
+    parser.addOptions({lang, port, stateDir, screenshot, serialExtra});
     parser.process(app);
 
     HostConfig::setLanguage(parser.value(lang).startsWith(QLatin1String("zh")) ? QStringLiteral("zh_CN")
                                                                                 : QStringLiteral("en"));
     HostLog::setLogFile(parser.value(stateDir) + QStringLiteral("/commmanager.log"));
     HostLog::setStderrLevel(4);
+    quitOnSignals(app);
     GatewayLauncher gateway;
     if (parser.isSet(port)) {
         HostConfig::setGatewayPort(parser.value(port));
-    } else if (gateway.start(parser.value(stateDir))) {
+    } else if (gateway.start(parser.value(stateDir), parser.values(serialExtra))) {
         HostConfig::setGatewayPort(QString::number(gateway.port()));
     } else {
         std::fprintf(stderr, "commmanager: %s\n", qPrintable(gateway.error()));
+        if (gateway.failure() == GatewayLauncher::Failure::StateDirInUse) {
+            // Two gateways on one folder would each keep their own devices:
+            // say so instead of showing a page that half works.
+            if (!parser.isSet(screenshot)) {
+                QMessageBox::critical(nullptr, QStringLiteral("Lumora"),
+                                      lumoraTr(QStringLiteral("Lang_GatewayStateDirInUse"))
+                                          .arg(gateway.busyStateDir())
+                                          .arg(gateway.busyPid()));
+            }
+            return 5;
+        }
         return 2;
     }
     auto registry = ModuleRegistry::installDefault();

@@ -7,6 +7,7 @@
 #include "BaseItemProxy.h"
 #include "CommDevice.h"
 #include "DeviceItemBuilder.h"
+#include "GatewayStatus.h"
 #include "GeneralDeviceSendData.h"
 #include "GwPlatform.h"
 
@@ -30,6 +31,7 @@ class DevicesManager : public QObject
     Q_PROPERTY(QStringList commDevices READ commDevices WRITE setCommDevices NOTIFY commDevicesChanged)
     Q_PROPERTY(QList<CommDevice *> commDeviceList READ commDeviceList WRITE setCommDeviceList NOTIFY commDeviceListChanged)
     Q_PROPERTY(GeneralDeviceSendData *sendDataNormalDevice READ sendDataNormalDevice CONSTANT)
+    Q_PROPERTY(GatewayStatus *gatewayStatus READ gatewayStatus CONSTANT)
 
 public:
     static DevicesManager *Instance();
@@ -58,6 +60,7 @@ public:
     Q_INVOKABLE void setCommDeviceList(QList<CommDevice *> lstCommDevs);
     Q_INVOKABLE CommDevice *getDeviceById(int nDevId);
     Q_INVOKABLE GeneralDeviceSendData *sendDataNormalDevice() { return &m_sendData; }
+    GatewayStatus *gatewayStatus() { return &m_gatewayStatus; }
     Q_INVOKABLE QString generateUuid();
     Q_INVOKABLE bool checkPLCDevice(uint nModuId);
     Q_INVOKABLE int deleteCommDevice(int nDeviceId);
@@ -79,10 +82,14 @@ private:
     CommDevice *findLocked(int id) const;
     void loadModule(const GW_MODULE_INFO &info, const CommLogSite &site);
     void showAddFailed(const QString &reason);
+    // While the gateway is away every device shows as not connected; once it
+    // is back the list is read again, as the gateway may have restarted.
+    void handleGatewayEvent(eGW_EVENT_TYPE type);
 
     DeviceItemBuilder m_builder{this};
     mutable std::mutex m_listMutex; // the device list against the gateway's result threads
     QList<CommDevice *> m_devices;
     QStringList m_deviceTypes;
     GeneralDeviceSendData m_sendData;
+    GatewayStatus m_gatewayStatus;
 };

@@ -70,6 +70,14 @@ uint32_t GwConnection::open(const std::string &host, int port)
         if (ready < 0 || err != 0)
             return GW_ERR_CONNECT_FAILED;
     }
+    // Retrying a port nobody listens on can connect the socket to itself
+    // (TCP simultaneous open, when the kernel picks that very port as the
+    // source): that is no gateway.
+    sockaddr_in self{};
+    socklen_t selfLen = sizeof(self);
+    if (::getsockname(m_fd, reinterpret_cast<sockaddr *>(&self), &selfLen) == 0 && self.sin_port == addr.sin_port
+        && self.sin_addr.s_addr == addr.sin_addr.s_addr)
+        return GW_ERR_CONNECT_FAILED;
     setNonBlocking(m_fd, false);
     const int one = 1;
     setsockopt(m_fd, IPPROTO_TCP, TCP_NODELAY, &one, sizeof(one));

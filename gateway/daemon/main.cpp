@@ -119,6 +119,8 @@ int main(int argc, char *argv[])
         std::fprintf(stderr, "gatewayd: cannot listen on 127.0.0.1:%u: %s\n", port, qPrintable(server.errorString()));
         return 1;
     }
+    qInfo("listening on 127.0.0.1:%u, state directory %s", unsigned(server.port()),
+          qPrintable(QDir(stateDir).absolutePath()));
     std::printf("listening on 127.0.0.1:%u\n", unsigned(server.port()));
     std::fflush(stdout);
     const int rc = app.exec();

@@ -42,10 +42,13 @@ private slots:
     void ending_stopsTheGateway_freesThePorts();
     void deadGateway_startedAgainOnTheSamePort();
     void secondCommManager_onOneStateFolder_refused();
+    void help_data();
+    void help();
+    void serialExtra_offeredByItsGateway();
 
 private:
     // Starts commmanager on m_dir and waits until its page talks to its gateway.
-    bool startCommManager();
+    bool startCommManager(const QStringList &extraArgs = {});
     qint64 gatewayPid() const;
     void addOpenDevice(int devicePort);
 
@@ -74,10 +77,11 @@ void tst_CommManagerLifecycle::cleanup()
     }
 }
 
-bool tst_CommManagerLifecycle::startCommManager()
+bool tst_CommManagerLifecycle::startCommManager(const QStringList &extraArgs)
 {
     m_app->start(QStringLiteral(COMMMANAGER_PATH),
-                 {QStringLiteral("--lang"), QStringLiteral("en"), QStringLiteral("--state-dir"), m_dir->path()});
+                 QStringList{QStringLiteral("--lang"), QStringLiteral("en"), QStringLiteral("--state-dir"), m_dir->path()}
+                     + extraArgs);
     static const QRegularExpression initStart(QStringLiteral("GW_PF_Init start, 127\\.0\\.0\\.1:(\\d+)"));
     QByteArray said;
     while (m_app->waitForReadyRead(20000)) {
@@ -185,6 +189,36 @@ void tst_CommManagerLifecycle::secondCommManager_onOneStateFolder_refused()
              said.constData());
     QVERIFY(!QFile::exists(m_dir->filePath("x.png")));
     QVERIFY(isRunning(gatewayPid())); // the first one's gateway is untouched
+}
+
+void tst_CommManagerLifecycle::help_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("the page starts in Chinese") << "The page starts in Chinese unless --lang en is given.";
+    QTest::newRow("serial extras, as gatewayd takes them") << "--serial-extra <path>";
+}
+
+void tst_CommManagerLifecycle::help()
+{
+    QFETCH(QString, text);
+    QProcess app;
+    app.start(QStringLiteral(COMMMANAGER_PATH), {QStringLiteral("--help")});
+    QVERIFY(app.waitForFinished(20000));
+    QCOMPARE(app.exitCode(), 0);
+    const QString said = QString::fromUtf8(app.readAllStandardOutput()).simplified();
+    QVERIFY2(said.contains(text), qPrintable(said));
+}
+
+// A pseudo-terminal given to commmanager is in its gateway's serial list.
+void tst_CommManagerLifecycle::serialExtra_offeredByItsGateway()
+{
+    const QString extra = m_dir->filePath(QStringLiteral("ttyTEST0"));
+    QVERIFY(startCommManager({QStringLiteral("--serial-extra"), extra}));
+    QCOMPARE(GW_PF_Init(1, "127.0.0.1", m_gatewayPort, 101), GW_OK);
+    char list[4096] = {};
+    int length = 0;
+    QCOMPARE(GW_PF_GetSerialList(list, sizeof(list), &length), GW_OK);
+    QVERIFY2(QString::fromUtf8(list).split(QLatin1Char('\t')).contains(extra), list);
 }
 
 QTEST_GUILESS_MAIN(tst_CommManagerLifecycle)

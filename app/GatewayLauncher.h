@@ -12,7 +12,8 @@ class QTimer;
 // stops it on exit. The gateway listens on a free loopback port, which it
 // prints on its first line; its database and log live in the given state
 // folder. When it dies while the app runs, a new one is started on the same
-// folder and port after kRestartDelayMs, so the client library finds it
+// folder and port after kRestartDelayMs (just before the client library's
+// third reconnection attempt, 300 ms after the loss), so the library finds it
 // again and the page recovers by itself.
 class GatewayLauncher : public QObject
 {
@@ -21,7 +22,7 @@ public:
     enum class Failure { None, CannotStart, StateDirInUse };
     // gatewayd's exit code when another gateway holds the state folder.
     static constexpr int kExitStateDirInUse = 3;
-    static constexpr int kRestartDelayMs = 500;
+    static constexpr int kRestartDelayMs = 250;
 
     explicit GatewayLauncher(QObject *parent = nullptr);
     ~GatewayLauncher() override;

@@ -71,7 +71,7 @@ void GatewayServer::onNewConnection(int fd)
 {
     // Only processes of the gateway's own user (or root) may drive it.
     const uid_t owner = PeerOwner::ofSocket(fd);
-    if (!PeerOwner::isAdmitted(owner)) {
+    if (!PeerOwner::isAdmitted(owner, m_allowedUids)) {
         if (owner == PeerOwner::kUnknown)
             qWarning("connection refused: its owner could not be found in the socket tables");
         else

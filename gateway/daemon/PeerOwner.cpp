@@ -76,7 +76,7 @@ uid_t PeerOwner::ofSocket(int fd)
     return owner;
 }
 
-bool PeerOwner::isAdmitted(uid_t owner)
+bool PeerOwner::isAdmitted(uid_t owner, const QList<uid_t> &alsoAllowed)
 {
-    return owner != kUnknown && (owner == 0 || owner == ::geteuid());
+    return owner != kUnknown && (owner == 0 || owner == ::geteuid() || alsoAllowed.contains(owner));
 }

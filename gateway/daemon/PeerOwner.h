@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 #include <sys/types.h>
 
@@ -20,6 +21,6 @@ public:
     // `localIp`:`localPort` (IPv4, host order) in the table `text` (the
     // format of /proc/net/tcp or /proc/net/tcp6), or kUnknown.
     static uid_t find(const QByteArray &text, quint32 peerIp, quint16 peerPort, quint32 localIp, quint16 localPort);
-    // The gateway's own user, or root, may drive it.
-    static bool isAdmitted(uid_t owner);
+    // The gateway's own user, root, or one of `alsoAllowed` may drive it.
+    static bool isAdmitted(uid_t owner, const QList<uid_t> &alsoAllowed = {});
 };

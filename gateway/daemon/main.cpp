@@ -68,6 +68,10 @@ int main(int argc, char *argv[])
                       QStringLiteral("DIR"), QStringLiteral(".")});
     parser.addOption({QStringLiteral("serial-extra"),
                       QStringLiteral("Extra serial device path to offer (repeatable)."), QStringLiteral("PATH")});
+    parser.addOption({QStringLiteral("allow-uid"),
+                      QStringLiteral("Also admit processes of user id UID (repeatable); the gateway's own user and "
+                                     "root always are."),
+                      QStringLiteral("UID")});
     parser.addOption({QStringLiteral("log-file"),
                       QStringLiteral("Write the log to FILE, rotated by size (default: standard error)."),
                       QStringLiteral("FILE")});
@@ -114,7 +118,18 @@ int main(int argc, char *argv[])
     service.setSerialExtras(parser.values(QStringLiteral("serial-extra")));
     if (!service.start(stateDir))
         return 1;
+    QList<uid_t> allowed;
+    for (const QString &text : parser.values(QStringLiteral("allow-uid"))) {
+        bool ok = false;
+        const uint uid = text.toUInt(&ok);
+        if (!ok) {
+            std::fprintf(stderr, "gatewayd: invalid --allow-uid %s\n", qPrintable(text));
+            return 2;
+        }
+        allowed.append(uid_t(uid));
+    }
     GatewayServer server(service);
+    server.setAllowedUids(allowed);
     if (!server.listen(quint16(port))) {
         std::fprintf(stderr, "gatewayd: cannot listen on 127.0.0.1:%u: %s\n", port, qPrintable(server.errorString()));
         return 1;

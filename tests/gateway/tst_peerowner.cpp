@@ -80,6 +80,7 @@ void tst_PeerOwner::isAdmitted_data()
     QTest::newRow("own user") << uint(::geteuid()) << true;
     QTest::newRow("root") << 0u << true;
     QTest::newRow("unknown owner") << uint(PeerOwner::kUnknown) << false;
+    QTest::newRow("another user allowed by --allow-uid") << 4242u << true;
     if (::geteuid() != 65534)
         QTest::newRow("nobody") << 65534u << false;
 }
@@ -88,7 +89,7 @@ void tst_PeerOwner::isAdmitted()
 {
     QFETCH(uint, owner);
     QFETCH(bool, admitted);
-    QCOMPARE(PeerOwner::isAdmitted(uid_t(owner)), admitted);
+    QCOMPARE(PeerOwner::isAdmitted(uid_t(owner), {4242}), admitted);
 }
 
 QTEST_GUILESS_MAIN(tst_PeerOwner)

@@ -42,23 +42,6 @@ long daemonRssKb()
     return rssKb(g_gateway->pid());
 }
 
-// Per-operation round trips, reported as median and 99th percentile.
-struct Latencies {
-    std::vector<double> us;
-    void add(Clock::time_point start)
-    {
-        us.push_back(std::chrono::duration<double, std::micro>(Clock::now() - start).count());
-    }
-    void report(benchmark::State &state)
-    {
-        if (us.empty())
-            return;
-        std::sort(us.begin(), us.end());
-        state.counters["p50_us"] = us[us.size() / 2];
-        state.counters["p99_us"] = us[us.size() * 99 / 100];
-    }
-};
-
 void pingPong64(benchmark::State &state, uint16_t port)
 {
     const int fd = connectLoopback(port);

@@ -375,6 +375,14 @@
         <translation>Deleting the device failed</translation>
     </message>
     <message>
+        <source>Lang_DescriptionMissing</source>
+        <translation>The device description %1 is missing or cannot be opened.</translation>
+    </message>
+    <message>
+        <source>Lang_DescriptionUnreadable</source>
+        <translation>The device description %1 cannot be read: line %2 (%3).</translation>
+    </message>
+    <message>
         <source>Lang_Device</source>
         <translation>Device</translation>
     </message>
@@ -389,6 +397,14 @@
     <message>
         <source>Lang_DeviceManager</source>
         <translation>Devices</translation>
+    </message>
+    <message>
+        <source>Lang_DeviceNotBuilt</source>
+        <translation>The parameters of this device cannot be built from its description.</translation>
+    </message>
+    <message>
+        <source>Lang_DeviceWithoutParameters</source>
+        <translation>No parameters</translation>
     </message>
     <message>
         <source>Lang_DirctOutput</source>

@@ -375,6 +375,14 @@
         <translation>删除设备失败</translation>
     </message>
     <message>
+        <source>Lang_DescriptionMissing</source>
+        <translation>设备描述文件 %1 不存在或无法打开。</translation>
+    </message>
+    <message>
+        <source>Lang_DescriptionUnreadable</source>
+        <translation>设备描述文件 %1 无法读取：第 %2 行（%3）。</translation>
+    </message>
+    <message>
         <source>Lang_Device</source>
         <translation>设备</translation>
     </message>
@@ -389,6 +397,14 @@
     <message>
         <source>Lang_DeviceManager</source>
         <translation>设备管理</translation>
+    </message>
+    <message>
+        <source>Lang_DeviceNotBuilt</source>
+        <translation>无法根据设备描述文件生成此设备的参数。</translation>
+    </message>
+    <message>
+        <source>Lang_DeviceWithoutParameters</source>
+        <translation>无参数</translation>
     </message>
     <message>
         <source>Lang_DirctOutput</source>

@@ -19,9 +19,6 @@
 namespace {
 constexpr int kConnectTimeoutCapMs = 1000;
 constexpr size_t kReadChunk = 256 * 1024;
-// How long after the last call the reader thread takes over the socket; a
-// push arriving meanwhile waits at most this long.
-constexpr auto kReaderQuiet = std::chrono::milliseconds(2);
 constexpr int kReceiveSliceMs = 50;
 // Pushes waiting for the callbacks: beyond this the newest are dropped, so a
 // callback that does not keep up cannot make the host's memory grow.
@@ -190,8 +187,10 @@ GwConnection::Reply GwConnection::call(std::string frame)
         ~CallScope()
         {
             std::lock_guard<std::mutex> lock(c.m_waitMutex);
-            --c.m_activeCalls;
-            c.m_lastCallEnd = std::chrono::steady_clock::now();
+            // The last call out hands the socket back to the reader thread
+            // at once, so that a push arriving now is read without delay.
+            if (--c.m_activeCalls == 0)
+                c.m_readerWake.notify_one();
         }
     } scope(*this);
     bool sent = false;
@@ -274,19 +273,11 @@ void GwConnection::wakeReader()
 bool GwConnection::readerTakesRole()
 {
     std::unique_lock<std::mutex> lock(m_waitMutex);
-    while (m_usable) {
-        const auto quietFrom = m_lastCallEnd + kReaderQuiet;
-        const auto now = std::chrono::steady_clock::now();
-        if (m_reading || m_activeCalls > 0) {
-            m_readerWake.wait_for(lock, kReaderQuiet); // rechecked, never notified per call
-        } else if (now < quietFrom) {
-            m_readerWake.wait_until(lock, quietFrom);
-        } else {
-            m_reading = m_readerPolling = true;
-            return true;
-        }
-    }
-    return false;
+    m_readerWake.wait(lock, [this] { return !m_usable || (!m_reading && m_activeCalls == 0); });
+    if (!m_usable)
+        return false;
+    m_reading = m_readerPolling = true;
+    return true;
 }
 
 void GwConnection::readLoop()

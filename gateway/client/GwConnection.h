@@ -21,9 +21,9 @@
 // Reading the socket is a role that one thread holds at a time. A caller
 // waiting for its reply takes it when it is free and reads the socket
 // itself, so a reply wakes its caller directly rather than through another
-// thread. The reader thread takes the role once no call has been under way
-// for kReaderQuietMs, so pushes are read while nobody calls; a call that
-// finds it polling wakes it through the eventfd to let go. Whoever reads
+// thread. The reader thread takes the role as soon as no call is under way
+// (the last call to end wakes it), so pushes are read while nobody calls; a
+// call that finds it polling wakes it through the eventfd to let go. Whoever reads
 // hands every frame to where it belongs: replies to their waiters, pushes
 // to the dispatch queue.
 class GwConnection
@@ -105,8 +105,7 @@ private:
     bool m_reading = false;       // the read role is held
     bool m_readerPolling = false; // ... by the reader thread
     int m_activeCalls = 0;
-    std::chrono::steady_clock::time_point m_lastCallEnd;
-    std::condition_variable m_readerWake; // close() only; the reader polls its waits
+    std::condition_variable m_readerWake; // the last call ended, or close()
 
     std::mutex m_pushMutex;
     std::condition_variable m_pushReady;

@@ -2,6 +2,7 @@
 
 #include "CEventDispatcher.h"
 #include "CommLog.h"
+#include "CommPaths.h"
 #include "ErrorCodeText.h"
 #include "MessageBoxType.h"
 
@@ -36,6 +37,7 @@ DevicesManager::DevicesManager()
     qRegisterMetaType<QVector<BaseItemProxy *>>("QVector<BaseItemProxy*>");
     qmlRegisterType<CommDevice>("lm.cpp.CommDevice", 1, 0, "CommDevice");
     InitDeviceItemInfoXML();
+    checkDescriptions();
     connect(CEventDispatcher::Instance(), &CEventDispatcher::EventTriggered, this, &DevicesManager::HandleGWEvent,
             Qt::QueuedConnection);
 }
@@ -73,6 +75,10 @@ void DevicesManager::LoadDevices()
     for (CommDevice *device : qAsConst(old))
         device->deleteLater();
     m_builder.destroyPendingDevice();
+    if (!m_unreadableDevices.isEmpty()) {
+        m_unreadableDevices.clear();
+        emit unreadableDevicesChanged();
+    }
 
     std::unique_ptr<GW_MODULE_INFO[]> records(new (std::nothrow) GW_MODULE_INFO[kMaxModules]());
     if (!records) {
@@ -90,6 +96,8 @@ void DevicesManager::LoadDevices()
     for (int i = 0; i < qBound(0, count, kMaxModules); ++i)
         loadModule(records[size_t(i)], COMM_LOG_SITE);
     emit commDeviceListChanged();
+    if (!m_unreadableDevices.isEmpty())
+        emit unreadableDevicesChanged();
 }
 
 // Display names cross as UTF-8 in both directions, so names typed in Chinese
@@ -104,8 +112,10 @@ void DevicesManager::loadModule(const GW_MODULE_INFO &info, const CommLogSite &s
     const QByteArray nameText = name.toUtf8();
     COMM_LOG_AT(site, CommLogDetail, "loadAlgorithmTabXML[%s], deviceId=%d, deviceName=%s", typeText.constData(),
                 info.moduleId, nameText.constData());
-    if (!loadAlgorithmTabXML(type) || !m_builder.pendingDevice())
+    if (!loadAlgorithmTabXML(type) || !m_builder.pendingDevice()) {
+        noteUnreadable(info, type, name);
         return;
+    }
     COMM_LOG_AT(site, CommLogDetail, "loadAlgorithmTabXML[%s] succ, deviceId=%d, deviceName=%s", typeText.constData(),
                 info.moduleId, nameText.constData());
     CommDevice *device = m_builder.takePendingDevice();
@@ -116,6 +126,42 @@ void DevicesManager::loadModule(const GW_MODULE_INFO &info, const CommLogSite &s
     device->GwGetConnectState();
     Lock lock(m_listMutex);
     m_devices.append(device);
+}
+
+// The device stays out of the device list; the page lists it apart, marked,
+// so that the operator knows the gateway still runs it.
+void DevicesManager::noteUnreadable(const GW_MODULE_INFO &info, const QString &type, const QString &name)
+{
+    DescriptionCheck::Problem problem;
+    const QString path = DescriptionCheck::typeDescriptionPath(type);
+    const QString text = DescriptionCheck::readable(CommPaths::modulesDir(), path, &problem) ? lumoraTr(QStringLiteral("Lang_DeviceNotBuilt"))
+                                                                    : DescriptionCheck::message(problem);
+    COMM_LOG(CommLogInfo, "device %d [%s] listed without parameters: %s", info.moduleId, name.toUtf8().constData(),
+             text.toUtf8().constData());
+    m_unreadableDevices.append(QVariantMap{{QStringLiteral("deviceID"), info.moduleId},
+                                           {QStringLiteral("deviceName"), name},
+                                           {QStringLiteral("deviceType"), type},
+                                           {QStringLiteral("problem"), text}});
+}
+
+void DevicesManager::checkDescriptions()
+{
+    const QStringList before = m_descriptionCheck.messages();
+    const QStringList offeredBefore = offeredDeviceTypes();
+    m_descriptionCheck.run(CommPaths::modulesDir(), DeviceItemBuilder::deviceListFileName(), m_deviceTypes);
+    if (m_descriptionCheck.messages() != before)
+        emit descriptionProblemsChanged();
+    if (offeredDeviceTypes() != offeredBefore)
+        emit commDevicesChanged();
+}
+
+QStringList DevicesManager::offeredDeviceTypes() const
+{
+    QStringList offered;
+    for (const QString &type : m_deviceTypes)
+        if (!m_descriptionCheck.unreadableTypes().contains(type))
+            offered.append(type);
+    return offered;
 }
 
 void DevicesManager::InitDeviceItemInfoXML()

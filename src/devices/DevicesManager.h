@@ -6,6 +6,7 @@
 
 #include "BaseItemProxy.h"
 #include "CommDevice.h"
+#include "DescriptionCheck.h"
 #include "DeviceItemBuilder.h"
 #include "GatewayStatus.h"
 #include "GeneralDeviceSendData.h"
@@ -16,6 +17,7 @@
 #include <QSharedPointer>
 #include <QString>
 #include <QStringList>
+#include <QVariantList>
 #include <QVector>
 #include <mutex>
 
@@ -32,6 +34,17 @@ class DevicesManager : public QObject
     Q_PROPERTY(QList<CommDevice *> commDeviceList READ commDeviceList WRITE setCommDeviceList NOTIFY commDeviceListChanged)
     Q_PROPERTY(GeneralDeviceSendData *sendDataNormalDevice READ sendDataNormalDevice CONSTANT)
     Q_PROPERTY(GatewayStatus *gatewayStatus READ gatewayStatus CONSTANT)
+    // The device types that can be created: those of commDevices whose
+    // description can be read.
+    Q_PROPERTY(QStringList offeredDeviceTypes READ offeredDeviceTypes NOTIFY commDevicesChanged)
+    // Translated messages naming each description file that cannot be read,
+    // with its line.
+    Q_PROPERTY(QStringList descriptionProblems READ descriptionProblems NOTIFY descriptionProblemsChanged)
+    // Gateway modules that the last LoadDevices could not build (their
+    // description cannot be read): one map each with deviceID, deviceName,
+    // deviceType and problem (translated). The page lists them, marked,
+    // without parameters; the gateway keeps running them.
+    Q_PROPERTY(QVariantList unreadableDevices READ unreadableDevices NOTIFY unreadableDevicesChanged)
 
 public:
     static DevicesManager *Instance();
@@ -65,12 +78,19 @@ public:
     Q_INVOKABLE bool checkPLCDevice(uint nModuId);
     Q_INVOKABLE int deleteCommDevice(int nDeviceId);
     Q_INVOKABLE bool changeDeviceName(int nDeviceId, QString strName);
+    QStringList offeredDeviceTypes() const;
+    QStringList descriptionProblems() const { return m_descriptionCheck.messages(); }
+    QVariantList unreadableDevices() const { return m_unreadableDevices; }
+    // Checks the device type list and every type's description again.
+    Q_INVOKABLE void checkDescriptions();
     Q_INVOKABLE int gwSendData(int nModuleId, QString msg, int nAddressId = -1, int dataType = 2, int nNum = 1);
 
 signals:
     void commDevicesChanged();
     void commDeviceListChanged();
     void messageBox(int nMsgBoxType, QString strMsg); // nMsgBoxType: a MessageBoxType
+    void descriptionProblemsChanged();
+    void unreadableDevicesChanged();
 
 public slots:
     void HandleGWEvent(eGW_EVENT_TYPE eEventType, QSharedPointer<char> spData, int nDataLen);
@@ -85,11 +105,14 @@ private:
     // While the gateway is away every device shows as not connected; once it
     // is back the list is read again, as the gateway may have restarted.
     void handleGatewayEvent(eGW_EVENT_TYPE type);
+    void noteUnreadable(const GW_MODULE_INFO &info, const QString &type, const QString &name);
 
     DeviceItemBuilder m_builder{this};
     mutable std::mutex m_listMutex; // the device list against the gateway's result threads
     QList<CommDevice *> m_devices;
     QStringList m_deviceTypes;
+    DescriptionCheck m_descriptionCheck;
+    QVariantList m_unreadableDevices;
     GeneralDeviceSendData m_sendData;
     GatewayStatus m_gatewayStatus;
 };

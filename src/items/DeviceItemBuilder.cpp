@@ -24,6 +24,11 @@ const QStringList &DeviceItemBuilder::communicationTypes()
     return types;
 }
 
+QString DeviceItemBuilder::deviceListFileName()
+{
+    return QLatin1String(kDeviceListFile);
+}
+
 DeviceItemBuilder::DeviceItemBuilder(QObject *deviceParent)
     : m_deviceParent(deviceParent)
 {

@@ -26,6 +26,8 @@ public:
     // The gateway module types that are communication devices.
     static const QStringList &communicationTypes();
 
+    // "DeviceItemInfo.xml": the device type list below the modules directory.
+    static QString deviceListFileName();
     // The communication device types of DeviceItemInfo.xml, in file order.
     QStringList InitDeviceItemInfoXML() const;
     // One "Items" entry, given its first child element.

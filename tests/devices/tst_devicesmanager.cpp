@@ -7,7 +7,9 @@
 #include "HostConfig.h"
 #include "Slog.h"
 
+#include <QDirIterator>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QtTest>
 #include <cstring>
 
@@ -38,6 +40,8 @@ private slots:
     void results_reachOnlyTheirDevice();
     void gatewayEvents_data();
     void gatewayEvents();
+    void descriptions_unreadable_data();
+    void descriptions_unreadable();
 
 private:
     int addDevice(const QString &type, const QString &name);
@@ -48,6 +52,40 @@ private:
     FakeGateway &m_gw = FakeGateway::instance();
     QSignalSpy *m_boxes = nullptr;
 };
+
+namespace {
+// A copy of the shipped descriptions that a test may break; the manager reads
+// it while it exists.
+class ModulesCopy
+{
+public:
+    ModulesCopy()
+        : m_original(qgetenv("LM_MODULES_DIR"))
+    {
+        const QString from = QString::fromLocal8Bit(m_original);
+        QDirIterator it(from, QDir::Files, QDirIterator::Subdirectories);
+        while (it.hasNext()) {
+            const QString file = it.next();
+            const QString relative = QDir(from).relativeFilePath(file);
+            QDir(m_dir.path()).mkpath(QFileInfo(relative).path());
+            QFile::copy(file, m_dir.filePath(relative));
+        }
+        qputenv("LM_MODULES_DIR", QFile::encodeName(m_dir.path()));
+    }
+    ~ModulesCopy() { qputenv("LM_MODULES_DIR", m_original); }
+    void write(const QString &relative, const QByteArray &content)
+    {
+        QFile file(m_dir.filePath(relative));
+        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.write(content);
+    }
+    void remove(const QString &relative) { QFile::remove(m_dir.filePath(relative)); }
+
+private:
+    QByteArray m_original;
+    QTemporaryDir m_dir;
+};
+} // namespace
 
 void tst_DevicesManager::initTestCase()
 {
@@ -505,6 +543,90 @@ void tst_DevicesManager::gatewayEvents()
     QVERIFY(m_gw.fireEvent(GW_EVENT_GATEWAY_RESTORED, QByteArray())); // back to normal for the next row
     QCoreApplication::processEvents();
     flushDeletes();
+}
+
+void tst_DevicesManager::descriptions_unreadable_data()
+{
+    QTest::addColumn<QString>("file");        // below the modules directory
+    QTest::addColumn<QByteArray>("content");  // empty: the file is removed
+    QTest::addColumn<QString>("brokenType");  // the type no longer offered, if any
+    QTest::addColumn<QString>("message");
+
+    QTest::newRow("type description not well-formed")
+        << "UdpModule/UdpModuleAlgorithmTab.xml" << QByteArray("<AlgorithmTab>\n<Tab>\n<Integer Name=\"x\">\n</Tab>\n")
+        << "UdpModule"
+        << "The device description UdpModule/UdpModuleAlgorithmTab.xml cannot be read: line 3 "
+           "(XML_ERROR_MISMATCHED_ELEMENT).";
+    QTest::newRow("type description missing")
+        << "SerialModule/SerialModuleAlgorithmTab.xml" << QByteArray() << "SerialModule"
+        << "The device description SerialModule/SerialModuleAlgorithmTab.xml is missing or cannot be opened.";
+    QTest::newRow("type list not well-formed")
+        << "DeviceItemInfo.xml" << QByteArray("<Root>\n  <Items><Name>UdpModule</Name>\n</Root>") << QString()
+        << "The device description DeviceItemInfo.xml cannot be read: line 2 (XML_ERROR_MISMATCHED_ELEMENT).";
+}
+
+// A description that cannot be read is named with its line, its type is no
+// longer offered, and the devices of that type that the gateway runs stay on
+// the page, apart from the list and without parameters.
+void tst_DevicesManager::descriptions_unreadable()
+{
+    QFETCH(QString, file);
+    QFETCH(QByteArray, content);
+    QFETCH(QString, brokenType);
+    QFETCH(QString, message);
+
+    const int udp = m_gw.addModule("UdpModule", "Scanner");
+    const int serial = m_gw.addModule("SerialModule", "Printer");
+    const QStringList allTypes = m_mgr->commDevices();
+    {
+        ModulesCopy modules;
+        if (content.isEmpty())
+            modules.remove(file);
+        else
+            modules.write(file, content);
+        QSignalSpy problems(m_mgr, &DevicesManager::descriptionProblemsChanged);
+        QSignalSpy offered(m_mgr, &DevicesManager::commDevicesChanged);
+        m_mgr->checkDescriptions();
+        QCOMPARE(problems.count(), 1);
+        QCOMPARE(m_mgr->descriptionProblems(), QStringList{message});
+        QCOMPARE(m_mgr->commDevices(), allTypes); // the list the file gives stays as it is
+        QStringList expectedOffer = allTypes;
+        expectedOffer.removeAll(brokenType);
+        QCOMPARE(m_mgr->offeredDeviceTypes(), expectedOffer);
+        QCOMPARE(offered.count(), brokenType.isEmpty() ? 0 : 1);
+        QCOMPARE(capturedLogLines().filter(QStringLiteral("cannot be read, line")).size(), 1);
+
+        QSignalSpy unreadable(m_mgr, &DevicesManager::unreadableDevicesChanged);
+        m_mgr->LoadDevices();
+        flushDeletes();
+        QList<int> listed;
+        for (CommDevice *device : m_mgr->commDeviceList())
+            listed << device->deviceID();
+        const QVariantList apart = m_mgr->unreadableDevices();
+        if (brokenType.isEmpty()) {
+            QCOMPARE(listed, (QList<int>{udp, serial}));
+            QVERIFY(apart.isEmpty());
+        } else {
+            const int brokenId = brokenType == QLatin1String("UdpModule") ? udp : serial;
+            QCOMPARE(listed, QList<int>{brokenId == udp ? serial : udp});
+            QCOMPARE(apart.size(), 1);
+            const QVariantMap entry = apart.first().toMap();
+            QCOMPARE(entry.value("deviceID").toInt(), brokenId);
+            QCOMPARE(entry.value("deviceType").toString(), brokenType);
+            QCOMPARE(entry.value("problem").toString(), message);
+            QCOMPARE(unreadable.count(), 1);
+            QCOMPARE(capturedLogLines().filter(QStringLiteral("listed without parameters")).size(), 1);
+        }
+        QVERIFY(m_boxes->isEmpty()); // the page names the problems, not a model message
+    }
+    // Mended: offered again, and the device is back in the list.
+    m_mgr->checkDescriptions();
+    QVERIFY(m_mgr->descriptionProblems().isEmpty());
+    QCOMPARE(m_mgr->offeredDeviceTypes(), allTypes);
+    m_mgr->LoadDevices();
+    flushDeletes();
+    QCOMPARE(m_mgr->commDeviceList().size(), 2);
+    QVERIFY(m_mgr->unreadableDevices().isEmpty());
 }
 
 QTEST_MAIN(tst_DevicesManager)

@@ -60,6 +60,19 @@ Rectangle {
         boundsBehavior: Flickable.StopAtBounds
         model: DevicesManager.commDeviceList
         ScrollBar.vertical: ScrollBar {}
+        // Devices the gateway runs whose description cannot be read: listed,
+        // marked, and not selectable, as they have no parameters to show.
+        footer: Column {
+            width: list.width
+            Repeater {
+                model: DevicesManager.unreadableDevices
+                delegate: UnreadableDeviceRow {
+                    objectName: "unreadableRow" + index
+                    width: list.width
+                    entry: modelData
+                }
+            }
+        }
         delegate: Rectangle {
             id: row
             objectName: "deviceRow" + index

@@ -8,7 +8,7 @@ import comm.devicesManager 1.0
 DialogFrame {
     id: root
     property string devType
-    property var typeList: DevicesManager.commDevices
+    property var typeList: DevicesManager.offeredDeviceTypes
     signal createCommDevice(string devType, string devDisplayName)
     signal messageRequested(int type, string text)
 

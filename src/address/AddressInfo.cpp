@@ -1,0 +1,221 @@
+#include "AddressInfo.h"
+
+#include "RecvDataFormat.h"
+
+#include <QThread>
+#include <QTimer>
+#include <QtQml>
+#include <new>
+
+namespace CommunicationControl {
+
+namespace {
+// The list lock's guard. The ThreadSanitizer control build of the thread test
+// (COMM_TSAN_CONTROL, never part of the module) swaps in a guard that locks
+// nothing, to prove that the test reports a history without the lock.
+#ifdef COMM_TSAN_CONTROL
+struct ListLockGuard {
+    explicit ListLockGuard(std::mutex &) {}
+};
+#else
+using ListLockGuard = std::lock_guard<std::mutex>;
+#endif
+
+// A copy that shares no list storage with the original, so that a later change
+// under the lock never detaches a buffer that a reader on another thread holds.
+QStringList detachedCopy(const QStringList &list)
+{
+    QStringList copy;
+    copy.reserve(list.size());
+    for (const QString &entry : list)
+        copy.append(entry);
+    return copy;
+}
+
+void appendBounded(QStringList &list, QString entry)
+{
+    if (list.size() >= AddressInfo::kMaxHistory)
+        list.removeFirst();
+    list.append(std::move(entry));
+}
+
+void registerForQml()
+{
+    static std::once_flag once;
+    std::call_once(once, [] {
+        qRegisterMetaType<AddressInfo *>("AddressInfo*");
+        qmlRegisterUncreatableType<AddressInfo>("lm.cpp.AddressInfo", 1, 0, "AddressInfo",
+                                                QStringLiteral("made by its address table"));
+    });
+}
+} // namespace
+
+AddressInfo::AddressInfo(QObject *parent, int factor)
+    : QObject(parent)
+    , m_factor(factor)
+{
+    registerForQml();
+    m_recvTimer.start();
+    m_pendingAnnounce = new (std::nothrow) QTimer(this);
+    if (m_pendingAnnounce) {
+        m_pendingAnnounce->setSingleShot(true);
+        connect(m_pendingAnnounce, &QTimer::timeout, this, [this] {
+            {
+                ListLockGuard lock(m_listLock);
+                m_recvTimer.restart();
+            }
+            announceLists();
+        });
+    }
+}
+
+AddressInfo::~AddressInfo() = default;
+
+void AddressInfo::setAddrName(const QString &name)
+{
+    m_addrName = name;
+    emit addrNameChanged();
+}
+
+void AddressInfo::setIntType(int type)
+{
+    m_intType = type;
+    emit intTypeChanged();
+}
+
+void AddressInfo::setFirstAddr(int addr)
+{
+    m_firstAddr = addr;
+    emit firstAddrChanged();
+}
+
+void AddressInfo::setAddrLength(int length)
+{
+    m_addrLength = length;
+    emit addrLengthChanged();
+}
+
+void AddressInfo::setTimeout(int timeout)
+{
+    m_timeout = timeout;
+    emit timeoutChanged();
+}
+
+void AddressInfo::setPollEnable(bool enable)
+{
+    m_pollEnable = enable;
+    emit pollEnableChanged();
+}
+
+void AddressInfo::setUploadEnable(bool enable)
+{
+    m_uploadEnable = enable;
+    emit uploadEnableChanged();
+}
+
+void AddressInfo::setDeviceId(int id)
+{
+    m_deviceId = id != 0;
+    emit deviceIdChanged();
+}
+
+void AddressInfo::setSerialNumber(int number)
+{
+    m_serialNumber = number;
+    emit serialNumberChanged();
+}
+
+void AddressInfo::setFixedAddress(const QString &text)
+{
+    m_fixedAddress = text;
+    emit fixedAddressChanged();
+}
+
+QString AddressInfo::data() const
+{
+    ListLockGuard lock(m_listLock);
+    return QString(m_data.constData(), m_data.size()); // deep copy, see detachedCopy
+}
+
+QStringList AddressInfo::dataList() const
+{
+    ListLockGuard lock(m_listLock);
+    return detachedCopy(m_dataList);
+}
+
+QStringList AddressInfo::hexDataList() const
+{
+    ListLockGuard lock(m_listLock);
+    return detachedCopy(m_hexDataList);
+}
+
+bool AddressInfo::CheckValid(int firAddr, int addrLen) const
+{
+    // 64-bit sums: a length near INT_MAX from a dialog must not wrap around.
+    const qint64 begin = m_firstAddr;
+    const qint64 end = begin + qint64(m_factor) * m_addrLength;
+    if (firAddr >= end)
+        return true;
+    return qint64(firAddr) + qint64(m_factor) * addrLen <= begin;
+}
+
+// Formats outside the lock, then sets the text and appends both forms with
+// one time stamp together under it, so entry i of one history is always the
+// other form of entry i of the other.
+void AddressInfo::UpdateData(const QByteArray &bytes)
+{
+    const QString text = RecvDataFormat::printable(bytes.constData(), bytes.size());
+    const QString hex = RecvDataFormat::hex(bytes.constData(), bytes.size());
+    const QString stamp = RecvDataFormat::timeStamp();
+    QString textEntry = RecvDataFormat::entry(stamp, text);
+    QString hexEntry = RecvDataFormat::entry(stamp, hex);
+    bool announce = false;
+    {
+        ListLockGuard lock(m_listLock);
+        m_data = text;
+    }
+    emit dataChanged();
+    {
+        ListLockGuard lock(m_listLock);
+        appendBounded(m_dataList, std::move(textEntry));
+        appendBounded(m_hexDataList, std::move(hexEntry));
+        if (m_recvTimer.elapsed() > kNotifyIntervalMs) {
+            m_recvTimer.restart();
+            announce = true;
+        }
+    }
+    if (announce) {
+        if (m_pendingAnnounce)
+            m_pendingAnnounce->stop();
+        announceLists();
+    } else if (m_pendingAnnounce && QThread::currentThread() == thread() && !m_pendingAnnounce->isActive()) {
+        m_pendingAnnounce->start(kNotifyIntervalMs + 1);
+    }
+}
+
+void AddressInfo::UpdateData(const QString &text)
+{
+    {
+        ListLockGuard lock(m_listLock);
+        m_data = text;
+    }
+    emit dataChanged();
+}
+
+void AddressInfo::clearDataList()
+{
+    {
+        ListLockGuard lock(m_listLock);
+        m_dataList.clear();
+        m_hexDataList.clear();
+    }
+    announceLists();
+}
+
+void AddressInfo::announceLists()
+{
+    emit dataListChanged();
+    emit hexDataListChanged();
+}
+
+} // namespace CommunicationControl

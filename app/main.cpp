@@ -147,6 +147,7 @@ int main(int argc, char *argv[])
                      unsigned(rc), qPrintable(HostLog::logFile()));
         return 2;
     }
+    std::fprintf(stderr, "commmanager: the page is ready\n");
     QObject::connect(&module, &CommManagerModule::Sig_closeClicked, &app, &QCoreApplication::quit);
     if (parser.isSet(screenshot))
         screenshotWhenDrawn(module, parser.value(screenshot));

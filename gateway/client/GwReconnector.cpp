@@ -29,7 +29,8 @@ void GwReconnector::start()
     std::lock_guard<std::mutex> lock(m_mutex);
     m_stopping = false;
     m_lost = false;
-    m_thread = std::thread([this] { run(); });
+    const unsigned generation = ++m_generation;
+    m_thread = std::thread([this, generation] { run(generation); });
 }
 
 void GwReconnector::stop()
@@ -62,19 +63,19 @@ void GwReconnector::connectionLost()
     m_wake.notify_all();
 }
 
-bool GwReconnector::stopWithin(int ms)
+bool GwReconnector::stopWithin(unsigned generation, int ms)
 {
     std::unique_lock<std::mutex> lock(m_mutex);
-    return m_wake.wait_for(lock, std::chrono::milliseconds(ms), [this] { return m_stopping; });
+    return m_wake.wait_for(lock, std::chrono::milliseconds(ms), [&] { return endsLocked(generation); });
 }
 
-void GwReconnector::run()
+void GwReconnector::run(unsigned generation)
 {
     while (true) {
         {
             std::unique_lock<std::mutex> lock(m_mutex);
-            m_wake.wait(lock, [this] { return m_stopping || m_lost; });
-            if (m_stopping)
+            m_wake.wait(lock, [&] { return endsLocked(generation) || m_lost; });
+            if (endsLocked(generation))
                 return;
             m_lost = false;
         }
@@ -83,7 +84,7 @@ void GwReconnector::run()
         for (int attempt = 1;; ++attempt) {
             {
                 std::lock_guard<std::mutex> lock(m_mutex);
-                if (m_stopping)
+                if (endsLocked(generation))
                     return;
             }
             if (m_attempt()) {
@@ -96,7 +97,7 @@ void GwReconnector::run()
             std::string payload(sizeof(fields), '\0');
             std::memcpy(&payload[0], fields, sizeof(fields));
             m_report(GW_EVENT_GATEWAY_RECONNECTING, payload);
-            if (stopWithin(wait))
+            if (stopWithin(generation, wait))
                 return;
         }
     }

@@ -39,9 +39,11 @@ public:
     static constexpr int kMaxBackoffMs = 2000;
 
 private:
-    void run();
-    // Waits up to `ms` for stop(); true when stopping.
-    bool stopWithin(int ms);
+    void run(unsigned generation);
+    // Whether the thread of `generation` is to end; m_mutex held.
+    bool endsLocked(unsigned generation) const { return m_stopping || generation != m_generation; }
+    // Waits up to `ms` for stop(); true when the thread is to end.
+    bool stopWithin(unsigned generation, int ms);
 
     Attempt m_attempt;
     Report m_report;
@@ -49,5 +51,8 @@ private:
     std::condition_variable m_wake;
     bool m_lost = false;
     bool m_stopping = false;
+    // Counts start(): a thread left running by a stop() from a report (it
+    // could not be joined) ends when a later start() begins another.
+    unsigned m_generation = 0;
     std::thread m_thread;
 };

@@ -89,7 +89,8 @@ bool tst_CommManagerLifecycle::startCommManager(const QStringList &extraArgs)
         const QRegularExpressionMatch match = initStart.match(QString::fromUtf8(said));
         if (match.hasMatch())
             m_gatewayPort = match.captured(1).toInt();
-        if (m_gatewayPort && said.contains("LoadDevices enter"))
+        // Ready: Init has loaded the devices and set the callbacks.
+        if (m_gatewayPort && said.contains("commmanager: the page is ready"))
             return true;
     }
     qWarning("%s", said.constData());
@@ -168,7 +169,7 @@ void tst_CommManagerLifecycle::deadGateway_startedAgainOnTheSamePort()
     QByteArray said;
     QTRY_VERIFY_WITH_TIMEOUT((said += m_app->readAllStandardError()).contains("gateway restored, reloading the devices"),
                              15000);
-    QVERIFY(said.contains("gateway lost, devices shown as not connected"));
+    QVERIFY2(said.contains("gateway lost, devices shown as not connected"), said.constData());
     QCOMPARE(GW_PF_Init(1, "127.0.0.1", m_gatewayPort, 101), GW_OK);
 }
 

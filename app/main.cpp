@@ -4,6 +4,7 @@
 #include "CommManagerModule.h"
 #include "ErrorCodeText.h"
 #include "GatewayLauncher.h"
+#include "SignalQuit.h"
 
 #include "HostConfig.h"
 #include "ModuleRegistry.h"
@@ -16,44 +17,11 @@
 #include <QMessageBox>
 #include <QQmlContext>
 #include <QQuickWindow>
-#include <QSocketNotifier>
 #include <QStandardPaths>
 #include <QTimer>
-#include <csignal>
 #include <cstdio>
-#include <sys/socket.h>
-#include <unistd.h>
 
 namespace {
-int g_signalPipe[2] = {-1, -1};
-
-void onSignal(int)
-{
-    const char byte = 1;
-    (void)!::write(g_signalPipe[1], &byte, 1);
-}
-
-// SIGTERM, SIGINT (Ctrl+C) and SIGHUP end the event loop from a normal slot,
-// so the page closes and the gateway is stopped as by the close button.
-void quitOnSignals(QCoreApplication &app)
-{
-    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, g_signalPipe) != 0)
-        return;
-    auto *notifier = new QSocketNotifier(g_signalPipe[0], QSocketNotifier::Read, &app);
-    QObject::connect(notifier, &QSocketNotifier::activated, &app, [&app] {
-        char byte;
-        (void)!::read(g_signalPipe[0], &byte, 1);
-        std::fprintf(stderr, "commmanager: signal received, closing\n");
-        app.quit();
-    });
-    struct sigaction action {};
-    action.sa_handler = onSignal;
-    sigemptyset(&action.sa_mask);
-    action.sa_flags = SA_RESTART;
-    for (int sig : {SIGTERM, SIGINT, SIGHUP})
-        sigaction(sig, &action, nullptr);
-}
-
 QString defaultStateDir()
 {
     const QByteArray xdg = qgetenv("XDG_STATE_HOME");
@@ -112,7 +80,12 @@ int main(int argc, char *argv[])
                                                                                 : QStringLiteral("en"));
     HostLog::setLogFile(parser.value(stateDir) + QStringLiteral("/commmanager.log"));
     HostLog::setStderrLevel(4);
-    quitOnSignals(app);
+    // SIGTERM, SIGINT (Ctrl+C) and SIGHUP close the page and stop the
+    // gateway as the close button does.
+    SignalQuit quitOnSignals;
+    QObject::connect(&quitOnSignals, &SignalQuit::received, [](int signalNumber) {
+        std::fprintf(stderr, "commmanager: signal %d received, closing\n", signalNumber);
+    });
     GatewayLauncher gateway;
     if (parser.isSet(port)) {
         HostConfig::setGatewayPort(parser.value(port));

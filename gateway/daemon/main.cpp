@@ -3,49 +3,19 @@
 #include "GatewayLog.h"
 #include "GatewayServer.h"
 #include "GatewayService.h"
+#include "SignalQuit.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDir>
 #include <QLockFile>
-#include <QSocketNotifier>
 #include <csignal>
 #include <cstdio>
-#include <sys/socket.h>
-#include <unistd.h>
 
 namespace {
 // Exit codes besides 0: 1 cannot start, 2 wrong usage.
 constexpr int kExitStateDirInUse = 3;
 
-int g_signalPipe[2] = {-1, -1};
-
-void onSignal(int)
-{
-    const char byte = 1;
-    (void)!::write(g_signalPipe[1], &byte, 1);
-}
-
-// SIGTERM, SIGINT and SIGHUP end the event loop from a normal slot, so devices are
-// closed and state is flushed on the way out.
-void installQuitOnSignal(QCoreApplication &app)
-{
-    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, g_signalPipe) != 0)
-        return;
-    auto *notifier = new QSocketNotifier(g_signalPipe[0], QSocketNotifier::Read, &app);
-    QObject::connect(notifier, &QSocketNotifier::activated, &app, [&app] {
-        char byte;
-        (void)!::read(g_signalPipe[0], &byte, 1);
-        app.quit();
-    });
-    struct sigaction action {};
-    action.sa_handler = onSignal;
-    sigemptyset(&action.sa_mask);
-    action.sa_flags = SA_RESTART;
-    sigaction(SIGTERM, &action, nullptr);
-    sigaction(SIGINT, &action, nullptr);
-    sigaction(SIGHUP, &action, nullptr);
-}
 } // namespace
 
 int main(int argc, char *argv[])
@@ -113,7 +83,9 @@ int main(int argc, char *argv[])
         return kExitStateDirInUse;
     }
 
-    installQuitOnSignal(app);
+    // SIGTERM, SIGINT and SIGHUP end the event loop, so devices are closed
+    // and state is flushed on the way out.
+    SignalQuit quitOnSignals;
     GatewayService service;
     service.setSerialExtras(parser.values(QStringLiteral("serial-extra")));
     if (!service.start(stateDir))

@@ -52,6 +52,13 @@ void screenshotWhenDrawn(CommManagerModule &module, const QString &file)
 
 int main(int argc, char *argv[])
 {
+    // --help prints and exits: it needs no display, also in a terminal without one.
+    for (int i = 1; i < argc; ++i) {
+        const QByteArray arg(argv[i]);
+        if ((arg == "--help" || arg == "-h" || arg == "-?" || arg == "--help-all")
+            && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+            qputenv("QT_QPA_PLATFORM", "minimal");
+    }
     QApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("commmanager"));
 

@@ -203,6 +203,10 @@ void tst_CommManagerLifecycle::help()
 {
     QFETCH(QString, text);
     QProcess app;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.remove(QStringLiteral("QT_QPA_PLATFORM")); // --help in a terminal without a display
+    env.remove(QStringLiteral("DISPLAY"));
+    app.setProcessEnvironment(env);
     app.start(QStringLiteral(COMMMANAGER_PATH), {QStringLiteral("--help")});
     QVERIFY(app.waitForFinished(20000));
     QCOMPARE(app.exitCode(), 0);

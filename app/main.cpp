@@ -104,10 +104,15 @@ int main(int argc, char *argv[])
             // Two gateways on one folder would each keep their own devices:
             // say so instead of showing a page that half works.
             if (!parser.isSet(screenshot)) {
-                QMessageBox::critical(nullptr, QStringLiteral("Lumora"),
-                                      lumoraTr(QStringLiteral("Lang_GatewayStateDirInUse"))
-                                          .arg(gateway.busyStateDir())
-                                          .arg(gateway.busyPid()));
+                QMessageBox box(QMessageBox::Critical, QStringLiteral("Lumora"),
+                                lumoraTr(QStringLiteral("Lang_GatewayStateDirInUse"))
+                                    .arg(gateway.busyStateDir())
+                                    .arg(gateway.busyPid()),
+                                QMessageBox::Ok);
+                box.setTextFormat(Qt::PlainText); // a folder name is not markup
+                // Above the other commmanager's page, which stays on top.
+                box.setWindowFlag(Qt::WindowStaysOnTopHint);
+                box.exec();
             }
             return 5;
         }

@@ -2,7 +2,9 @@
 // host stand-ins (configuration, log file, command service), opens the module
 // and shows the page.
 #include "CommManagerModule.h"
+#include "ErrorCodeText.h"
 #include "GatewayLauncher.h"
+#include "SignalQuit.h"
 
 #include "HostConfig.h"
 #include "ModuleRegistry.h"
@@ -12,6 +14,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
+#include <QMessageBox>
 #include <QQmlContext>
 #include <QQuickWindow>
 #include <QStandardPaths>
@@ -49,14 +52,23 @@ void screenshotWhenDrawn(CommManagerModule &module, const QString &file)
 
 int main(int argc, char *argv[])
 {
+    // --help prints and exits: it needs no display, also in a terminal without one.
+    for (int i = 1; i < argc; ++i) {
+        const QByteArray arg(argv[i]);
+        if ((arg == "--help" || arg == "-h" || arg == "-?" || arg == "--help-all")
+            && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+            qputenv("QT_QPA_PLATFORM", "minimal");
+    }
     QApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("commmanager"));
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Lumora communication manager"));
     parser.addHelpOption();
-    QCommandLineOption lang(QStringLiteral("lang"), QStringLiteral("Language: en or zh."), QStringLiteral("lang"),
-                            QStringLiteral("zh"));
+    QCommandLineOption lang(QStringLiteral("lang"),
+                            QStringLiteral("Language of the page: en or zh. The page starts in Chinese unless "
+                                           "--lang en is given."),
+                            QStringLiteral("lang"), QStringLiteral("zh"));
     QCommandLineOption port(QStringLiteral("gateway-port"),
                             QStringLiteral("Port of a running gateway (default: start one)."), QStringLiteral("port"));
     QCommandLineOption stateDir(QStringLiteral("state-dir"), QStringLiteral("Folder for the log and the gateway state."),
@@ -64,20 +76,46 @@ int main(int argc, char *argv[])
     QCommandLineOption screenshot(QStringLiteral("screenshot"),
                                   QStringLiteral("Render the page once, write it to FILE and exit."),
                                   QStringLiteral("file"));
-    parser.addOptions({lang, port, stateDir, screenshot});
+    QCommandLineOption serialExtra(QStringLiteral("serial-extra"),
+                                   QStringLiteral("Extra serial device path for the gateway to offer, such as a "
+                                                  "pseudo-terminal (repeatable; passed to gatewayd)."),
+                                   QStringLiteral("path"));
+    parser.addOptions({lang, port, stateDir, screenshot, serialExtra});
     parser.process(app);
 
     HostConfig::setLanguage(parser.value(lang).startsWith(QLatin1String("zh")) ? QStringLiteral("zh_CN")
                                                                                 : QStringLiteral("en"));
     HostLog::setLogFile(parser.value(stateDir) + QStringLiteral("/commmanager.log"));
     HostLog::setStderrLevel(4);
+    // SIGTERM, SIGINT (Ctrl+C) and SIGHUP close the page and stop the
+    // gateway as the close button does.
+    SignalQuit quitOnSignals;
+    QObject::connect(&quitOnSignals, &SignalQuit::received, [](int signalNumber) {
+        std::fprintf(stderr, "commmanager: signal %d received, closing\n", signalNumber);
+    });
     GatewayLauncher gateway;
     if (parser.isSet(port)) {
         HostConfig::setGatewayPort(parser.value(port));
-    } else if (gateway.start(parser.value(stateDir))) {
+    } else if (gateway.start(parser.value(stateDir), parser.values(serialExtra))) {
         HostConfig::setGatewayPort(QString::number(gateway.port()));
     } else {
         std::fprintf(stderr, "commmanager: %s\n", qPrintable(gateway.error()));
+        if (gateway.failure() == GatewayLauncher::Failure::StateDirInUse) {
+            // Two gateways on one folder would each keep their own devices:
+            // say so instead of showing a page that half works.
+            if (!parser.isSet(screenshot)) {
+                QMessageBox box(QMessageBox::Critical, QStringLiteral("Lumora"),
+                                lumoraTr(QStringLiteral("Lang_GatewayStateDirInUse"))
+                                    .arg(gateway.busyStateDir())
+                                    .arg(gateway.busyPid()),
+                                QMessageBox::Ok);
+                box.setTextFormat(Qt::PlainText); // a folder name is not markup
+                // Above the other commmanager's page, which stays on top.
+                box.setWindowFlag(Qt::WindowStaysOnTopHint);
+                box.exec();
+            }
+            return 5;
+        }
         return 2;
     }
     auto registry = ModuleRegistry::installDefault();
@@ -94,6 +132,7 @@ int main(int argc, char *argv[])
                      unsigned(rc), qPrintable(HostLog::logFile()));
         return 2;
     }
+    std::fprintf(stderr, "commmanager: the page is ready\n");
     QObject::connect(&module, &CommManagerModule::Sig_closeClicked, &app, &QCoreApplication::quit);
     if (parser.isSet(screenshot))
         screenshotWhenDrawn(module, parser.value(screenshot));

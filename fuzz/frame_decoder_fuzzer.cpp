@@ -11,8 +11,13 @@
 namespace {
 void readLikeAPeer(const GwFrame &frame)
 {
-    GwWireReader reader(frame.payload);
-    switch (frame.kind) {
+    GwFrame plain = frame;
+    uint64_t deadline = 0;
+    if (plain.kind == GwFrameKind::DeadlineRequest && !gwTakeDeadline(plain, deadline))
+        return;
+    GwWireReader reader(plain.payload);
+    switch (plain.kind) {
+    case GwFrameKind::DeadlineRequest:
     case GwFrameKind::Request:
         reader.u16();
         reader.i32();

@@ -4,6 +4,10 @@
 <context>
     <name>ErrorCode</name>
     <message>
+        <source>0xE000001E</source>
+        <translation>The request is too large to send to the gateway</translation>
+    </message>
+    <message>
         <source>0x0</source>
         <translation>Success</translation>
     </message>
@@ -134,6 +138,22 @@
 </context>
 <context>
     <name>Lumora</name>
+    <message>
+        <source>Lang_GatewayStateDirInUse</source>
+        <translation>Another gateway (process %2) already uses the state folder %1. Close the other communication manager, or start this one with another --state-dir.</translation>
+    </message>
+    <message>
+        <source>Lang_GatewayRestored</source>
+        <translation>The gateway is back; the device list was read again.</translation>
+    </message>
+    <message>
+        <source>Lang_GatewayReconnecting</source>
+        <translation>Reconnecting to the gateway: attempt %1 failed, next in %2 s.</translation>
+    </message>
+    <message>
+        <source>Lang_GatewayLost</source>
+        <translation>The gateway is not reachable. Every device is shown as not connected until it is back.</translation>
+    </message>
     <message>
         <source>16bit</source>
         <translation>16-bit</translation>

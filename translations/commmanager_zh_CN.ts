@@ -4,6 +4,10 @@
 <context>
     <name>ErrorCode</name>
     <message>
+        <source>0xE000001E</source>
+        <translation>请求数据过大，无法发送到网关</translation>
+    </message>
+    <message>
         <source>0x0</source>
         <translation>成功</translation>
     </message>
@@ -134,6 +138,22 @@
 </context>
 <context>
     <name>Lumora</name>
+    <message>
+        <source>Lang_GatewayStateDirInUse</source>
+        <translation>另一个网关（进程 %2）已在使用状态目录 %1。请关闭另一个通信管理程序，或使用其他 --state-dir 启动本程序。</translation>
+    </message>
+    <message>
+        <source>Lang_GatewayRestored</source>
+        <translation>网关已恢复连接，设备列表已重新读取。</translation>
+    </message>
+    <message>
+        <source>Lang_GatewayReconnecting</source>
+        <translation>正在重新连接网关：第 %1 次尝试失败，%2 秒后重试。</translation>
+    </message>
+    <message>
+        <source>Lang_GatewayLost</source>
+        <translation>网关无法连接。在网关恢复之前，所有设备均显示为未连接。</translation>
+    </message>
     <message>
         <source>16bit</source>
         <translation>16位</translation>

@@ -2,6 +2,7 @@
 
 #include "GwConnection.h"
 #include "GwPlatform.h"
+#include "GwReconnector.h"
 #include "GwWireWriter.h"
 
 #include <memory>
@@ -9,7 +10,9 @@
 #include <vector>
 
 // The library's process-wide state: the connection to the gateway and the
-// registered callbacks. Every GW_PF_* function goes through here.
+// registered callbacks. Every GW_PF_* function goes through here. When the
+// connection closes, calls fail at once and the reconnector brings up a new
+// one to the same address in the background.
 class GwClient
 {
 public:
@@ -26,15 +29,23 @@ public:
     void setRecvEventCallback(GW_RECV_EVENT_CALLBACK callback, void *userData);
 
 private:
-    GwClient() = default;
+    GwClient();
     void onPush(const GwFrame &frame);
+    void deliverEvent(eGW_EVENT_TYPE type, std::string data);
     std::shared_ptr<GwConnection> connection();
+    // A connected and greeted connection, or null with `rc` set.
+    std::shared_ptr<GwConnection> connect(const std::string &host, int port, uint32_t &rc);
+    void onConnectionLost(const GwConnection *conn);
+    bool reconnect();
 
     std::mutex m_connMutex;
     std::shared_ptr<GwConnection> m_conn;
     // Connections closed from their own callback thread wait here until
     // that thread has surely left them.
     std::vector<std::shared_ptr<GwConnection>> m_retired;
+    std::string m_host; // where the connection in use went, for reconnecting
+    int m_port = 0;
+    GwReconnector m_reconnector;
 
     std::mutex m_callbackMutex;
     GW_RESULT_CALLBACK m_resultCallback = nullptr;

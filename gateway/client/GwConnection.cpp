@@ -1,6 +1,7 @@
 #include "GwConnection.h"
 
 #include "GwErrorCodes.h"
+#include "GwLog.h"
 
 #include <arpa/inet.h>
 #include <cerrno>
@@ -23,13 +24,6 @@ constexpr int kReceiveSliceMs = 50;
 // callback that does not keep up cannot make the host's memory grow.
 constexpr size_t kMaxPendingPushBytes = 32 * 1024 * 1024;
 
-void logLine(const char *fmt, const char *detail)
-{
-    std::fprintf(stderr, "gwplatform: ");
-    std::fprintf(stderr, fmt, detail);
-    std::fprintf(stderr, "\n");
-}
-
 void setNonBlocking(int fd, bool on)
 {
     const int flags = fcntl(fd, F_GETFL, 0);
@@ -37,8 +31,8 @@ void setNonBlocking(int fd, bool on)
 }
 } // namespace
 
-GwConnection::GwConnection(PushHandler onPush, int timeoutMs)
-    : m_onPush(std::move(onPush)), m_timeoutMs(timeoutMs)
+GwConnection::GwConnection(PushHandler onPush, int timeoutMs, LostHandler onLost)
+    : m_onPush(std::move(onPush)), m_onLost(std::move(onLost)), m_timeoutMs(timeoutMs)
 {
 }
 
@@ -73,6 +67,14 @@ uint32_t GwConnection::open(const std::string &host, int port)
         if (ready < 0 || err != 0)
             return GW_ERR_CONNECT_FAILED;
     }
+    // Retrying a port nobody listens on can connect the socket to itself
+    // (TCP simultaneous open, when the kernel picks that very port as the
+    // source): that is no gateway.
+    sockaddr_in self{};
+    socklen_t selfLen = sizeof(self);
+    if (::getsockname(m_fd, reinterpret_cast<sockaddr *>(&self), &selfLen) == 0 && self.sin_port == addr.sin_port
+        && self.sin_addr.s_addr == addr.sin_addr.s_addr)
+        return GW_ERR_CONNECT_FAILED;
     setNonBlocking(m_fd, false);
     const int one = 1;
     setsockopt(m_fd, IPPROTO_TCP, TCP_NODELAY, &one, sizeof(one));
@@ -151,6 +153,17 @@ GwConnection::Reply GwConnection::call(std::string frame)
         reply.code = GW_ERR_CONNECTION_LOST;
         return reply;
     }
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(m_timeoutMs);
+    const size_t extra = m_sendDeadlines ? kGwDeadlineSize : 0;
+    if (frame.size() - kGwHeaderSize + extra > kGwMaxPayload) {
+        gwLog(GwLogWarning, "request of %zu bytes exceeds the frame limit of %u bytes; not sent",
+              frame.size() - kGwHeaderSize, unsigned(kGwMaxPayload));
+        reply.code = GW_ERR_REQUEST_TOO_LARGE;
+        return reply;
+    }
+    if (extra)
+        gwAddDeadline(frame, uint64_t(std::chrono::duration_cast<std::chrono::microseconds>(
+                                          deadline.time_since_epoch()).count()));
     Waiter waiter;
     uint32_t seq = 0;
     {
@@ -187,7 +200,7 @@ GwConnection::Reply GwConnection::call(std::string frame)
     }
     std::unique_lock<std::mutex> lock(m_waitMutex);
     if (sent)
-        awaitReply(waiter, std::chrono::steady_clock::now() + std::chrono::milliseconds(m_timeoutMs), lock);
+        awaitReply(waiter, deadline, lock);
     m_waiters.erase(seq);
     if (waiter.done)
         return std::move(waiter.reply);
@@ -313,8 +326,8 @@ void GwConnection::handleFrame(GwFrame &frame)
     if (m_pushBytes + frame.payload.size() > kMaxPendingPushBytes) {
         const uint64_t dropped = ++m_dropped;
         if (dropped == 1 || dropped % 10000 == 0)
-            std::fprintf(stderr, "gwplatform: callbacks fall behind, %llu pushed frames dropped\n",
-                         static_cast<unsigned long long>(dropped));
+            gwLog(GwLogWarning, "callbacks fall behind, %llu pushed frames dropped",
+                  static_cast<unsigned long long>(dropped));
         return;
     }
     m_pushBytes += frame.payload.size();
@@ -343,10 +356,12 @@ void GwConnection::dispatchLoop()
 
 void GwConnection::fail(const std::string &why)
 {
-    logLine("%s; connection dropped", why.c_str());
+    gwLog(GwLogWarning, "%s; connection dropped", why.c_str());
     m_usable = false;
     ::shutdown(m_fd, SHUT_RDWR);
     failWaiters(why.rfind("malformed", 0) == 0 ? GW_ERR_PROTOCOL : GW_ERR_CONNECTION_LOST);
+    if (m_onLost)
+        m_onLost(this);
 }
 
 void GwConnection::failWaiters(uint32_t code)

@@ -34,8 +34,11 @@ public:
         std::string payload; // the reply's fields after the code
     };
     using PushHandler = std::function<void(const GwFrame &)>;
+    // The gateway closed the connection or sent garbage; called once, on the
+    // thread that noticed, after every waiting call has been failed.
+    using LostHandler = std::function<void(const GwConnection *)>;
 
-    GwConnection(PushHandler onPush, int timeoutMs);
+    GwConnection(PushHandler onPush, int timeoutMs, LostHandler onLost = {});
     ~GwConnection();
     GwConnection(const GwConnection &) = delete;
     GwConnection &operator=(const GwConnection &) = delete;
@@ -50,8 +53,13 @@ public:
     bool isOwnThread() const;
 
     // Sends one request frame (its sequence number is filled in here) and
-    // waits for the reply at most the timeout.
+    // waits for the reply at most the timeout. A request whose payload would
+    // exceed the frame limit is not sent: GW_ERR_REQUEST_TOO_LARGE, and the
+    // connection stays as it was.
     Reply call(std::string frame);
+    // The gateway drops requests whose caller gave up: from now on each
+    // request carries its deadline (set once the gateway said it can).
+    void setSendDeadlines(bool on) { m_sendDeadlines = on; }
 
     // Push frames dropped because the callbacks did not keep up.
     uint64_t droppedPushes() const { return m_dropped.load(); }
@@ -81,7 +89,9 @@ private:
     void failWaiters(uint32_t code);
 
     PushHandler m_onPush;
+    LostHandler m_onLost;
     const int m_timeoutMs;
+    std::atomic<bool> m_sendDeadlines{false};
     int m_fd = -1;
     int m_wakeFd = -1; // eventfd: the reader lets go of the role, or stops
     std::atomic<bool> m_usable{false};

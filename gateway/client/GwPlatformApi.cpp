@@ -1,6 +1,7 @@
 // The GW_PF_* functions: each builds one request, waits for its reply and
 // copies the answer into the caller's structures.
 #include "GwClient.h"
+#include "GwLog.h"
 #include "GwOp.h"
 #include "GwPlatform.h"
 #include "GwPlcSide.h"
@@ -163,6 +164,12 @@ uint32_t GW_PF_SetRecvEventCalBack(GW_RECV_EVENT_CALLBACK callback, void *userDa
 uint32_t GW_PF_SetEventCalBack(GW_EVENT_CALLBACK callback, void *userData)
 {
     GwClient::instance().setEventCallback(callback, userData);
+    return GW_OK;
+}
+
+uint32_t GW_PF_SetLogCallBack(GW_LOG_CALLBACK callback, void *userData)
+{
+    gwSetLogCallback(callback, userData);
     return GW_OK;
 }
 

@@ -92,6 +92,20 @@ bool ClientSession::handleFrames()
     GwFrame frame;
     GwFrameDecoder::Status status;
     while ((status = m_decoder.next(frame)) == GwFrameDecoder::Status::Frame) {
+        uint64_t deadline = 0;
+        if (frame.kind == GwFrameKind::DeadlineRequest) {
+            if (!gwTakeDeadline(frame, deadline)) {
+                end("a request without its deadline");
+                return false;
+            }
+            if (gwMonotonicMicros() > deadline) {
+                // Its caller has given up and reported a time-out: doing it
+                // now would be a change nobody is told about.
+                qWarning("request %u arrived %llu ms after its caller gave up; dropped", frame.seq,
+                         static_cast<unsigned long long>((gwMonotonicMicros() - deadline) / 1000));
+                continue;
+            }
+        }
         if (frame.kind != GwFrameKind::Request) {
             end("a frame that is not a request");
             return false;

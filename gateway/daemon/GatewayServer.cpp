@@ -2,6 +2,7 @@
 
 #include "ClientSession.h"
 #include "GatewayService.h"
+#include "PeerOwner.h"
 #include "RequestHandler.h"
 
 #include <QTcpServer>
@@ -68,6 +69,16 @@ QString GatewayServer::errorString() const
 
 void GatewayServer::onNewConnection(int fd)
 {
+    // Only processes of the gateway's own user (or root) may drive it.
+    const uid_t owner = PeerOwner::ofSocket(fd);
+    if (!PeerOwner::isAdmitted(owner, m_allowedUids)) {
+        if (owner == PeerOwner::kUnknown)
+            qWarning("connection refused: its owner could not be found in the socket tables");
+        else
+            qWarning("connection refused: uid %u is not the gateway's user", unsigned(owner));
+        ::close(fd);
+        return;
+    }
     auto *session = new ClientSession(fd, *m_handler, this);
     m_sessions.insert(session);
     connect(session, &ClientSession::outputTaken, this, [this] {

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QObject>
+#include <QList>
 #include <QSet>
+#include <sys/types.h>
 
 class ClientSession;
 class GatewayService;
@@ -21,6 +23,9 @@ public:
     bool listen(quint16 port);
     quint16 port() const;
     QString errorString() const;
+    // Users besides the gateway's own and root whose processes may connect
+    // (a service user serving an operator's session, for one).
+    void setAllowedUids(const QList<uid_t> &uids) { m_allowedUids = uids; }
 
 private:
     void onNewConnection(int fd);
@@ -32,4 +37,5 @@ private:
     QTcpServer *m_server;
     QTimer *m_holdCheck; // re-checks a hold, which a stalled client ends
     QSet<ClientSession *> m_sessions;
+    QList<uid_t> m_allowedUids;
 };

@@ -93,9 +93,12 @@ std::string RequestHandler::handle(uint32_t seq, std::string_view payload)
     return reply.finish(code);
 }
 
-uint32_t RequestHandler::hello(GwWireReader &in, GwWireWriter &)
+uint32_t RequestHandler::hello(GwWireReader &in, GwWireWriter &out)
 {
-    return in.u32() == kGwProtocolVersion ? GW_OK : GW_ERR_PROTOCOL;
+    if (in.u32() != kGwProtocolVersion)
+        return GW_ERR_PROTOCOL;
+    out.u32(kGwFeatureDeadlines); // a client that does not know it reads the code only
+    return GW_OK;
 }
 
 uint32_t RequestHandler::getAllModules(GwWireReader &in, GwWireWriter &out)

@@ -1,44 +1,21 @@
 // gatewayd: the local gateway process. Runs the communication devices and
 // serves the GW_PF_* client library on 127.0.0.1.
+#include "GatewayLog.h"
 #include "GatewayServer.h"
 #include "GatewayService.h"
+#include "SignalQuit.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
-#include <QSocketNotifier>
+#include <QDir>
+#include <QLockFile>
 #include <csignal>
 #include <cstdio>
-#include <sys/socket.h>
-#include <unistd.h>
 
 namespace {
-int g_signalPipe[2] = {-1, -1};
+// Exit codes besides 0: 1 cannot start, 2 wrong usage.
+constexpr int kExitStateDirInUse = 3;
 
-void onSignal(int)
-{
-    const char byte = 1;
-    (void)!::write(g_signalPipe[1], &byte, 1);
-}
-
-// SIGTERM and SIGINT end the event loop from a normal slot, so devices are
-// closed and state is flushed on the way out.
-void installQuitOnSignal(QCoreApplication &app)
-{
-    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, g_signalPipe) != 0)
-        return;
-    auto *notifier = new QSocketNotifier(g_signalPipe[0], QSocketNotifier::Read, &app);
-    QObject::connect(notifier, &QSocketNotifier::activated, &app, [&app] {
-        char byte;
-        (void)!::read(g_signalPipe[0], &byte, 1);
-        app.quit();
-    });
-    struct sigaction action {};
-    action.sa_handler = onSignal;
-    sigemptyset(&action.sa_mask);
-    action.sa_flags = SA_RESTART;
-    sigaction(SIGTERM, &action, nullptr);
-    sigaction(SIGINT, &action, nullptr);
-}
 } // namespace
 
 int main(int argc, char *argv[])
@@ -61,6 +38,13 @@ int main(int argc, char *argv[])
                       QStringLiteral("DIR"), QStringLiteral(".")});
     parser.addOption({QStringLiteral("serial-extra"),
                       QStringLiteral("Extra serial device path to offer (repeatable)."), QStringLiteral("PATH")});
+    parser.addOption({QStringLiteral("allow-uid"),
+                      QStringLiteral("Also admit processes of user id UID (repeatable); the gateway's own user and "
+                                     "root always are."),
+                      QStringLiteral("UID")});
+    parser.addOption({QStringLiteral("log-file"),
+                      QStringLiteral("Write the log to FILE, rotated by size (default: standard error)."),
+                      QStringLiteral("FILE")});
     parser.process(app);
 
     bool portOk = false;
@@ -70,16 +54,60 @@ int main(int argc, char *argv[])
         return 2;
     }
 
-    installQuitOnSignal(app);
+    GatewayLog log;
+    if (!log.open(parser.value(QStringLiteral("log-file")))) {
+        std::fprintf(stderr, "gatewayd: cannot write the log file %s\n",
+                     qPrintable(parser.value(QStringLiteral("log-file"))));
+        return 1;
+    }
+    log.install();
+
+    // One gateway per state directory: two would each run the devices and
+    // keep a database the other does not see.
+    const QString stateDir = parser.value(QStringLiteral("state-dir"));
+    QDir().mkpath(stateDir);
+    QLockFile lock(QDir(stateDir).filePath(QStringLiteral("gatewayd.lock")));
+    lock.setStaleLockTime(0); // held as long as its process lives, however long that is
+    if (!lock.tryLock(0)) {
+        qint64 pid = 0;
+        QString host, application;
+        lock.getLockInfo(&pid, &host, &application);
+        const QString message = lock.error() == QLockFile::LockFailedError
+                                    ? QStringLiteral("another gateway (pid %1) already uses the state directory %2")
+                                          .arg(pid)
+                                          .arg(QDir(stateDir).absolutePath())
+                                    : QStringLiteral("cannot lock the state directory %1").arg(QDir(stateDir).absolutePath());
+        if (parser.isSet(QStringLiteral("log-file")))
+            qCritical("%s", qPrintable(message));
+        std::fprintf(stderr, "gatewayd: %s\n", qPrintable(message));
+        return kExitStateDirInUse;
+    }
+
+    // SIGTERM, SIGINT and SIGHUP end the event loop, so devices are closed
+    // and state is flushed on the way out.
+    SignalQuit quitOnSignals;
     GatewayService service;
     service.setSerialExtras(parser.values(QStringLiteral("serial-extra")));
-    if (!service.start(parser.value(QStringLiteral("state-dir"))))
+    if (!service.start(stateDir))
         return 1;
+    QList<uid_t> allowed;
+    for (const QString &text : parser.values(QStringLiteral("allow-uid"))) {
+        bool ok = false;
+        const uint uid = text.toUInt(&ok);
+        if (!ok) {
+            std::fprintf(stderr, "gatewayd: invalid --allow-uid %s\n", qPrintable(text));
+            return 2;
+        }
+        allowed.append(uid_t(uid));
+    }
     GatewayServer server(service);
+    server.setAllowedUids(allowed);
     if (!server.listen(quint16(port))) {
         std::fprintf(stderr, "gatewayd: cannot listen on 127.0.0.1:%u: %s\n", port, qPrintable(server.errorString()));
         return 1;
     }
+    qInfo("listening on 127.0.0.1:%u, state directory %s", unsigned(server.port()),
+          qPrintable(QDir(stateDir).absolutePath()));
     std::printf("listening on 127.0.0.1:%u\n", unsigned(server.port()));
     std::fflush(stdout);
     const int rc = app.exec();

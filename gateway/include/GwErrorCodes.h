@@ -42,6 +42,7 @@
 #define GW_ERR_BUSY 0xE000001Bu             /* the gateway is busy; try again */
 #define GW_ERR_NAME_EMPTY 0xE000001Cu       /* an empty display name */
 #define GW_ERR_WRONG_DIRECTION 0xE000001Du  /* data written to an address from the side that reads it */
+#define GW_ERR_REQUEST_TOO_LARGE 0xE000001Eu /* the request exceeds the frame limit; not sent */
 
 /* Accepted; takes effect when the device is next opened. Callers count it as
  * success for values that need a reopen. */

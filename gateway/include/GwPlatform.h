@@ -24,12 +24,26 @@ extern "C" {
 
 /* ---- Events ------------------------------------------------------------ */
 /* Payload of CONNECTED / DISCONNECTED: the module id (int32, little-endian
- * host order) in the first four bytes. */
+ * host order) in the first four bytes.
+ *
+ * Gateway-level events come from the client library itself, on its own
+ * supervising thread, in this order: one LOST when the connection to the
+ * gateway closes (every waiting and later call then fails at once with
+ * GW_ERR_CONNECTION_LOST), one RECONNECTING per failed attempt to reach it
+ * again, one RESTORED when a new connection is up (calls work again; the
+ * gateway may have been restarted, so the caller reloads what it shows).
+ *   GATEWAY_LOST          no payload (dataLen 0)
+ *   GATEWAY_RECONNECTING  int32 attempt number (1, 2, ...), then int32
+ *                         milliseconds until the next attempt (8 bytes)
+ *   GATEWAY_RESTORED      no payload (dataLen 0) */
 typedef enum eGW_EVENT_TYPE {
     GW_EVENT_NONE = 0,
     GW_EVENT_CONNECTED = 1,
     GW_EVENT_DISCONNECTED = 2,
     GW_EVENT_DEVICE_ERROR = 3,
+    GW_EVENT_GATEWAY_LOST = 4,
+    GW_EVENT_GATEWAY_RECONNECTING = 5,
+    GW_EVENT_GATEWAY_RESTORED = 6,
     GW_EVENT_FORCE_32BIT = 0x7fffffff
 } eGW_EVENT_TYPE;
 
@@ -88,6 +102,11 @@ typedef int (*GW_RESULT_CALLBACK)(int moduleId, int addressId, void *resultData,
 typedef int (*GW_RECV_EVENT_CALLBACK)(int moduleId, int eventId, void *eventData, int eventDataLen,
                                       void *userData);
 
+/* Receives the library's own log lines (connection lost and restored,
+ * dropped pushes). level: 1 error, 2 warning, 4 information. Without one
+ * the lines go to standard error. May be called from any thread. */
+typedef void (*GW_LOG_CALLBACK)(int level, const char *text, void *userData);
+
 /* ---- Functions ------------------------------------------------------------ */
 uint32_t GW_PF_Init(int mode, const char *serverIp, int port, int dongleType);
 uint32_t GW_PF_DeInit(void);
@@ -95,6 +114,7 @@ uint32_t GW_PF_DeInit(void);
 uint32_t GW_PF_SetResultCallback(GW_RESULT_CALLBACK callback, void *userData);
 uint32_t GW_PF_SetRecvEventCalBack(GW_RECV_EVENT_CALLBACK callback, void *userData);
 uint32_t GW_PF_SetEventCalBack(GW_EVENT_CALLBACK callback, void *userData);
+uint32_t GW_PF_SetLogCallBack(GW_LOG_CALLBACK callback, void *userData);
 
 uint32_t GW_PF_GetAllModules(GW_MODULE_INFO *modules, int capacity, int *count);
 uint32_t GW_PF_AddModule(const char *moduleType, const char *displayName, int *moduleId);

@@ -11,6 +11,10 @@ enum class GwFrameKind : uint8_t {
     Reply = 2,    // gateway -> client: u32 code, then the op's answer fields
     Event = 3,    // gateway -> client push: i32 type, bytes payload
     Result = 4,   // gateway -> client push: i32 module, i32 address, bytes data
+    // client -> gateway, once the gateway's Hello answer offered it: u64
+    // deadline, then a request's payload. The gateway drops it unanswered
+    // when the deadline has passed before it gets to it.
+    DeadlineRequest = 5,
 };
 
 constexpr uint8_t kGwMagic0 = 'G';
@@ -24,6 +28,13 @@ constexpr size_t kGwLengthOffset = 8;
 // received data; anything larger is a broken or hostile peer.
 constexpr uint32_t kGwMaxPayload = 1024 * 1024;
 
+// The deadline of a DeadlineRequest: microseconds of CLOCK_MONOTONIC
+// (std::chrono::steady_clock), the clock that every process of one host
+// shares; the protocol runs on loopback only.
+constexpr size_t kGwDeadlineSize = 8;
+// Bit of the Hello answer's u32 features: the gateway takes DeadlineRequest.
+constexpr uint32_t kGwFeatureDeadlines = 1u;
+
 struct GwFrame {
     GwFrameKind kind = GwFrameKind::Request;
     uint32_t seq = 0;
@@ -35,3 +46,10 @@ bool gwIsKnownFrameKind(uint8_t kind);
 // Numbers an encoded frame (of at least kGwHeaderSize bytes): a client
 // builds a request first and gives it its sequence number when it sends it.
 void gwSetFrameSeq(std::string &frame, uint32_t seq);
+// Turns an encoded Request frame into a DeadlineRequest carrying `deadlineUs`.
+void gwAddDeadline(std::string &frame, uint64_t deadlineUs);
+// A DeadlineRequest's deadline, taken off its payload, which becomes a plain
+// request's; false (frame unchanged) when the payload is too short.
+bool gwTakeDeadline(GwFrame &frame, uint64_t &deadlineUs);
+// Now on the deadline's clock.
+uint64_t gwMonotonicMicros();

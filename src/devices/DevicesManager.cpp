@@ -391,6 +391,10 @@ int DevicesManager::gwSendData(int nModuleId, QString msg, int nAddressId, int d
 
 void DevicesManager::HandleGWEvent(eGW_EVENT_TYPE eEventType, QSharedPointer<char> spData, int nDataLen)
 {
+    if (m_gatewayStatus.handleEvent(eEventType, spData.data(), spData ? nDataLen : 0)) {
+        handleGatewayEvent(eEventType);
+        return;
+    }
     if (eEventType != GW_EVENT_CONNECTED && eEventType != GW_EVENT_DISCONNECTED)
         return;
     // The payload starts with the module id; a shorter one is not read.
@@ -408,6 +412,20 @@ void DevicesManager::HandleGWEvent(eGW_EVENT_TYPE eEventType, QSharedPointer<cha
     const bool up = (eEventType == GW_EVENT_CONNECTED);
     device->updateConState(up);
     device->setItemsEnable(up);
+}
+
+void DevicesManager::handleGatewayEvent(eGW_EVENT_TYPE type)
+{
+    if (type == GW_EVENT_GATEWAY_RESTORED) {
+        LoadDevices();
+        return;
+    }
+    if (type != GW_EVENT_GATEWAY_LOST)
+        return;
+    for (CommDevice *device : commDeviceList()) {
+        device->updateConState(false);
+        device->setItemsEnable(false);
+    }
 }
 
 void DevicesManager::HandleGWResult(int nModuleId, int nAddressId, void *pRstData, int nRstDataLen)

@@ -8,6 +8,7 @@
 #include "CommDevice.h"
 #include "DescriptionCheck.h"
 #include "DeviceItemBuilder.h"
+#include "GatewayStatus.h"
 #include "GeneralDeviceSendData.h"
 #include "GwPlatform.h"
 
@@ -32,6 +33,7 @@ class DevicesManager : public QObject
     Q_PROPERTY(QStringList commDevices READ commDevices WRITE setCommDevices NOTIFY commDevicesChanged)
     Q_PROPERTY(QList<CommDevice *> commDeviceList READ commDeviceList WRITE setCommDeviceList NOTIFY commDeviceListChanged)
     Q_PROPERTY(GeneralDeviceSendData *sendDataNormalDevice READ sendDataNormalDevice CONSTANT)
+    Q_PROPERTY(GatewayStatus *gatewayStatus READ gatewayStatus CONSTANT)
     // The device types that can be created: those of commDevices whose
     // description can be read.
     Q_PROPERTY(QStringList offeredDeviceTypes READ offeredDeviceTypes NOTIFY commDevicesChanged)
@@ -71,6 +73,7 @@ public:
     Q_INVOKABLE void setCommDeviceList(QList<CommDevice *> lstCommDevs);
     Q_INVOKABLE CommDevice *getDeviceById(int nDevId);
     Q_INVOKABLE GeneralDeviceSendData *sendDataNormalDevice() { return &m_sendData; }
+    GatewayStatus *gatewayStatus() { return &m_gatewayStatus; }
     Q_INVOKABLE QString generateUuid();
     Q_INVOKABLE bool checkPLCDevice(uint nModuId);
     Q_INVOKABLE int deleteCommDevice(int nDeviceId);
@@ -99,6 +102,9 @@ private:
     CommDevice *findLocked(int id) const;
     void loadModule(const GW_MODULE_INFO &info, const CommLogSite &site);
     void showAddFailed(const QString &reason);
+    // While the gateway is away every device shows as not connected; once it
+    // is back the list is read again, as the gateway may have restarted.
+    void handleGatewayEvent(eGW_EVENT_TYPE type);
     void noteUnreadable(const GW_MODULE_INFO &info, const QString &type, const QString &name);
 
     DeviceItemBuilder m_builder{this};
@@ -108,4 +114,5 @@ private:
     DescriptionCheck m_descriptionCheck;
     QVariantList m_unreadableDevices;
     GeneralDeviceSendData m_sendData;
+    GatewayStatus m_gatewayStatus;
 };

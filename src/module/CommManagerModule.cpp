@@ -138,6 +138,7 @@ int CommManagerModule::Init(QString, QString)
     const QByteArray portText = port.toUtf8();
     COMM_LOG(CommLogInfo, "GW_PF_Init start, 127.0.0.1:%s, dongle type=101", portText.constData());
     const int portNumber = int(std::strtol(portText.constData(), nullptr, 10));
+    GW_PF_SetLogCallBack(LogCallBack, nullptr);
     const uint32_t rc = GW_PF_Init(1, kGatewayAddress, portNumber, kDongleType);
     if (rc != GW_OK) {
         COMM_LOG(CommLogInfo, "GW_PF_Init failed,127.0.0.1:%s, dongle type=101. error=%x", portText.constData(), rc);

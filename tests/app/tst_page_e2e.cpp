@@ -19,6 +19,7 @@
 #include <QQuickItem>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QTimer>
 #include <QtTest>
 #include <functional>
 #include <memory>
@@ -83,6 +84,7 @@ private slots:
     void send_typedTextAndHexReachThePeer();
     void switchOff_closesPeerConnection();
     void tcpClientDevice_lostConnection_turnsSwitchOff();
+    void gatewayKilledDuringStream_bannerAndSwitchesOff_thenReloaded();
 
 private:
     QQuickItem *find(const QString &name, const ItemTest &test = {}) const
@@ -96,6 +98,7 @@ private:
     DevicesManager *manager() const { return DevicesManager::Instance(); }
 
     GatewayProcess m_gw;
+    quint16 m_devicePort = 0;
     std::shared_ptr<ModuleRegistry> m_registry;
     std::unique_ptr<CommManagerModule> m_module;
     QTcpSocket m_peer;
@@ -219,6 +222,7 @@ void tst_PageE2E::portAndSwitch_serverAcceptsPeer()
 
     m_peer.connectToHost(QHostAddress::LocalHost, port);
     QVERIFY2(m_peer.waitForConnected(3000), qPrintable(m_peer.errorString()));
+    m_devicePort = port;
 }
 
 void tst_PageE2E::received_textAndHexForms_data()
@@ -317,6 +321,47 @@ void tst_PageE2E::tcpClientDevice_lostConnection_turnsSwitchOff()
     QTRY_VERIFY(!device->connectState());
     QCOMPARE(device->GwGetConnectState(), 0);
     QVERIFY(!device->connectState());
+}
+
+// kill -9 of the gateway while a peer streams into "Line 1": the banner
+// tells the operator, every switch shows off; the gateway started again on
+// its port and folder runs the device as before, and the page, reloaded,
+// shows it on and receives from it again. No message box on the way.
+void tst_PageE2E::gatewayKilledDuringStream_bannerAndSwitchesOff_thenReloaded()
+{
+    QVERIFY(m_devicePort);
+    QQuickItem *toggle = findItem(deviceRow(), QStringLiteral("connectSwitch"));
+    QVERIFY(click(toggle));
+    QTRY_VERIFY(device()->connectState());
+    QTcpSocket peer;
+    peer.connectToHost(QHostAddress::LocalHost, m_devicePort);
+    QVERIFY(peer.waitForConnected(3000));
+    QTimer streaming;
+    connect(&streaming, &QTimer::timeout, &peer, [&peer] { peer.write("tick\r\n"); });
+    streaming.start(5);
+    QTRY_VERIFY(device()->recvDataList().size() > 3);
+
+    const int gatewayPort = m_gw.port();
+    m_gw.kill();
+    QQuickItem *banner = nullptr;
+    QTRY_VERIFY((banner = find(QStringLiteral("gatewayBanner"))));
+    QTRY_VERIFY(shownText(banner).contains(QLatin1String("Every device is shown as not connected"))
+                || shownText(banner).startsWith(QLatin1String("Reconnecting to the gateway: attempt")));
+    QVERIFY(!device()->connectState());
+    QVERIFY(!findItem(deviceRow(), QStringLiteral("connectSwitch"))->property("switchStatus").toBool());
+    streaming.stop();
+
+    QVERIFY2(m_gw.start({QStringLiteral("--port"), QString::number(gatewayPort)}), qPrintable(m_gw.error()));
+    QTRY_VERIFY_WITH_TIMEOUT(shownText(banner).startsWith(QLatin1String("The gateway is back; the device list was read again.")),
+                             10000);
+    QTRY_VERIFY(deviceRow() && device()->connectState());
+    QVERIFY(findItem(deviceRow(), QStringLiteral("connectSwitch"))->property("switchStatus").toBool());
+    QTcpSocket again;
+    again.connectToHost(QHostAddress::LocalHost, m_devicePort);
+    QVERIFY(again.waitForConnected(3000));
+    again.write("after restart\r\n");
+    QTRY_VERIFY(!device()->recvDataList().filter(QStringLiteral("after restart")).isEmpty());
+    QTRY_VERIFY_WITH_TIMEOUT(!banner->isVisible(), 10000);
 }
 
 QTEST_MAIN(tst_PageE2E)

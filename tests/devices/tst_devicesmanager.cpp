@@ -11,6 +11,7 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QtTest>
+#include <cstring>
 
 class tst_DevicesManager : public QObject
 {
@@ -37,6 +38,8 @@ private slots:
     void event();
     void event_payloadIsCopiedBeforeTheCallbackReturns();
     void results_reachOnlyTheirDevice();
+    void gatewayEvents_data();
+    void gatewayEvents();
     void descriptions_unreadable_data();
     void descriptions_unreadable();
 
@@ -451,6 +454,95 @@ void tst_DevicesManager::results_reachOnlyTheirDevice()
     QCOMPARE(m_mgr->getDeviceById(b)->recvDataList().size(), 1);
     QVERIFY(m_mgr->getDeviceById(b)->recvDataList().first().endsWith(QLatin1String("] hi[0D][0A]")));
     QVERIFY(HostLog::capturedMessages().filter(QStringLiteral("HandleGW")).isEmpty());
+}
+
+namespace {
+QByteArray reconnectingPayload(qint32 attempt, qint32 nextMs)
+{
+    QByteArray payload(8, '\0');
+    std::memcpy(payload.data(), &attempt, 4);
+    std::memcpy(payload.data() + 4, &nextMs, 4);
+    return payload;
+}
+} // namespace
+
+// Lost: every device shows not connected and its items are editable again,
+// the banner says so; reconnecting: the banner names the attempt; restored:
+// the list is read from the gateway again (which may have changed meanwhile)
+// and the banner says the gateway is back. A short reconnecting payload is
+// logged and changes nothing.
+void tst_DevicesManager::gatewayEvents_data()
+{
+    QTest::addColumn<QList<int>>("types");
+    QTest::addColumn<QByteArray>("lastPayload");
+    QTest::addColumn<int>("state");
+    QTest::addColumn<QString>("banner");
+    QTest::addColumn<bool>("connected");
+    QTest::addColumn<int>("reloads");
+    QTest::addColumn<QString>("logLine");
+    const QByteArray none;
+    QTest::newRow("lost") << QList<int>{GW_EVENT_GATEWAY_LOST} << none << int(GatewayStatus::Lost)
+                          << "The gateway is not reachable. Every device is shown as not connected until it is back."
+                          << false << 0 << "gateway lost, devices shown as not connected";
+    QTest::newRow("reconnecting")
+        << QList<int>{GW_EVENT_GATEWAY_LOST, GW_EVENT_GATEWAY_RECONNECTING} << reconnectingPayload(3, 800)
+        << int(GatewayStatus::Reconnecting) << "Reconnecting to the gateway: attempt 3 failed, next in 0.8 s."
+        << false << 0 << "";
+    QTest::newRow("reconnecting without its fields")
+        << QList<int>{GW_EVENT_GATEWAY_LOST, GW_EVENT_GATEWAY_RECONNECTING} << QByteArray("\x03\0\0\0", 4)
+        << int(GatewayStatus::Lost)
+        << "The gateway is not reachable. Every device is shown as not connected until it is back." << false << 0
+        << "gateway reconnecting event of 4 bytes, 8 expected";
+    QTest::newRow("restored") << QList<int>{GW_EVENT_GATEWAY_LOST, GW_EVENT_GATEWAY_RESTORED} << none
+                              << int(GatewayStatus::Restored)
+                              << "The gateway is back; the device list was read again." << true << 1
+                              << "gateway restored, reloading the devices";
+}
+
+void tst_DevicesManager::gatewayEvents()
+{
+    QFETCH(QList<int>, types);
+    QFETCH(QByteArray, lastPayload);
+    QFETCH(int, state);
+    QFETCH(QString, banner);
+    QFETCH(bool, connected);
+    QFETCH(int, reloads);
+    QFETCH(QString, logLine);
+    const int id = addDevice(QStringLiteral("TcpServerModule"), QStringLiteral("d"));
+    m_mgr->getDeviceById(id)->setConnectState(true);
+    QVERIFY(m_mgr->getDeviceById(id)->connectState());
+    // What the gateway runs when it is back: the device on, and one more.
+    m_gw.addModule("UdpModule", "added meanwhile");
+    GW_PF_SetEventCalBack(EventCallBack, nullptr);
+    m_gw.clearCalls();
+    GatewayStatus *status = m_mgr->gatewayStatus();
+    for (int i = 0; i < types.size(); ++i) {
+        HostLog::clearCaptured();
+        QVERIFY(m_gw.fireEvent(types.at(i), i + 1 == types.size() ? lastPayload : QByteArray()));
+        QCoreApplication::processEvents();
+    }
+    flushDeletes();
+    QCOMPARE(int(status->state()), state);
+    QCOMPARE(status->text(), banner);
+    QVERIFY(status->bannerVisible());
+    QCOMPARE(m_gw.calls(QStringLiteral("GetAllModules")).size(), reloads);
+    const QList<CommDevice *> devices = m_mgr->commDeviceList();
+    QCOMPARE(devices.size(), reloads ? 2 : 1);
+    QCOMPARE(m_mgr->getDeviceById(id)->connectState(), connected);
+    const QStringList lines = HostLog::capturedMessages().filter(QStringLiteral("gateway"));
+    if (logLine.isEmpty())
+        QVERIFY2(lines.isEmpty(), qPrintable(lines.join(QLatin1Char('\n'))));
+    else
+        QVERIFY2(lines.size() == 1 && lines.first().endsWith(logLine), qPrintable(lines.join(QLatin1Char('\n'))));
+    // The next event of a connection still reaches its device.
+    if (reloads) {
+        QVERIFY(m_gw.fireEvent(GW_EVENT_DISCONNECTED, FakeGateway::modulePayload(id)));
+        QCoreApplication::processEvents();
+        QVERIFY(!m_mgr->getDeviceById(id)->connectState());
+    }
+    QVERIFY(m_gw.fireEvent(GW_EVENT_GATEWAY_RESTORED, QByteArray())); // back to normal for the next row
+    QCoreApplication::processEvents();
+    flushDeletes();
 }
 
 void tst_DevicesManager::descriptions_unreadable_data()

@@ -40,6 +40,15 @@ public:
         std::lock_guard<std::mutex> lock(m_mutex);
         return m_events.count(qMakePair(type, moduleId));
     }
+    // Every event type in the order delivered.
+    QList<int> eventTypes() const
+    {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        QList<int> types;
+        for (const auto &event : m_events)
+            types += event.first;
+        return types;
+    }
     // The bytes of each result of one module, in order.
     QList<QByteArray> frames(int moduleId) const
     {

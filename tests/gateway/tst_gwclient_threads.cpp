@@ -1,6 +1,8 @@
 // The client library under concurrent use: calls from several threads while
-// results flood the callback, then DeInit while results still arrive. Run
-// under ThreadSanitizer; the gateway process itself is not the subject here.
+// results flood the callback, then DeInit while results still arrive; calls
+// from several threads while the gateway is killed and started again, so the
+// reconnect thread replaces the connection under them. Run under
+// ThreadSanitizer; the gateway process itself is not the subject here.
 #include "GatewayProcess.h"
 #include "GwTestCalls.h"
 #include "../devices/ThreadJoiner.h"
@@ -17,6 +19,17 @@ namespace {
 std::atomic<int> g_results{0};
 std::atomic<bool> g_closed{false};
 std::atomic<int> g_lateCallbacks{0};
+std::atomic<int> g_restored{0};
+std::atomic<int> g_lost{0};
+
+int countGatewayEvents(eGW_EVENT_TYPE type, void *, void *, int)
+{
+    if (type == GW_EVENT_GATEWAY_LOST)
+        ++g_lost;
+    if (type == GW_EVENT_GATEWAY_RESTORED)
+        ++g_restored;
+    return 0;
+}
 
 int countResult(int, int, void *, int, void *)
 {
@@ -32,6 +45,7 @@ class tst_GwClientThreads : public QObject
     Q_OBJECT
 private slots:
     void callsFromThreads_whileResultsFlood_thenDeInit();
+    void callsFromThreads_whileTheGatewayIsKilledAndRestarted();
 };
 
 void tst_GwClientThreads::callsFromThreads_whileResultsFlood_thenDeInit()
@@ -74,6 +88,46 @@ void tst_GwClientThreads::callsFromThreads_whileResultsFlood_thenDeInit()
         t.join();
     QCOMPARE(g_lateCallbacks.load(), 0);
     QVERIFY2(failures.load() < 900, "calls before DeInit succeed");
+    QVERIFY(gw.stop());
+}
+
+void tst_GwClientThreads::callsFromThreads_whileTheGatewayIsKilledAndRestarted()
+{
+#ifdef GW_TSAN_CONTROL
+    if (qEnvironmentVariableIsEmpty("GW_TSAN_CONTROL"))
+        QSKIP("control build: the reconnector's flag is set unlocked; set GW_TSAN_CONTROL=1 to run it under ThreadSanitizer");
+#endif
+    GatewayProcess gw;
+    QVERIFY2(gw.start(), qPrintable(gw.error()));
+    const int port = gw.port();
+    QCOMPARE(GW_PF_Init(1, "127.0.0.1", port, 101), GW_OK);
+    GW_PF_SetEventCalBack(&countGatewayEvents, nullptr);
+    const int id = add("UdpModule");
+    std::atomic<bool> stop{false};
+    std::atomic<int> unexpected{0};
+    std::vector<std::thread> threads;
+    ThreadJoiner joiner{threads};
+    for (int t = 0; t < 3; ++t) {
+        threads.emplace_back([&] {
+            while (!stop) {
+                const quint32 rc = set(id, "TargetPort", "4000");
+                if (rc != GW_OK && rc != GW_ERR_CONNECTION_LOST)
+                    ++unexpected;
+            }
+        });
+    }
+    for (int round = 1; round <= 2; ++round) {
+        gw.kill();
+        QTRY_COMPARE(g_lost.load(), round);
+        QVERIFY2(gw.start({QStringLiteral("--port"), QString::number(port)}), qPrintable(gw.error()));
+        QTRY_COMPARE_WITH_TIMEOUT(g_restored.load(), round, 10000);
+    }
+    QCOMPARE(get(id, "TargetPort"), QByteArray("4000"));
+    stop = true;
+    for (std::thread &t : threads)
+        t.join();
+    GW_PF_DeInit();
+    QCOMPARE(unexpected.load(), 0);
     QVERIFY(gw.stop());
 }
 

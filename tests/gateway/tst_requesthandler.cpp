@@ -84,8 +84,9 @@ void tst_RequestHandler::handle_data()
     const auto heartbeat = [](GwWireWriter &w) { w.u32(1).bytes("Heartbeat"); };
     const QByteArray heartbeatValue = answer([](GwWireWriter &w) { w.u32(1).bytes("Heartbeat").bytes("1000"); });
 
-    QTest::newRow("hello") << request(GwOp::Hello, [](GwWireWriter &w) { w.u32(kGwProtocolVersion); })
-                           << GW_OK << none;
+    QTest::newRow("hello offers deadlines")
+        << request(GwOp::Hello, [](GwWireWriter &w) { w.u32(kGwProtocolVersion); }) << GW_OK
+        << answer([](GwWireWriter &w) { w.u32(kGwFeatureDeadlines); });
     QTest::newRow("answer fields follow the code")
         << request(GwOp::AddModule, [](GwWireWriter &w) { w.bytes("UdpModule").bytes("udp"); }) << GW_OK
         << answer([](GwWireWriter &w) { w.i32(kModule + 1); });

@@ -90,6 +90,12 @@ uint32_t GW_PF_SetEventCalBack(GW_EVENT_CALLBACK callback, void *userData)
     return gw().record(makeCall("SetEventCalBack"));
 }
 
+// The module's log hook: the fake writes no lines of its own.
+uint32_t GW_PF_SetLogCallBack(GW_LOG_CALLBACK, void *)
+{
+    return GW_OK;
+}
+
 uint32_t GW_PF_GetAllModules(GW_MODULE_INFO *modules, int capacity, int *count)
 {
     const uint32_t code = gw().record(makeCall("GetAllModules", 0, 0, capacity));

@@ -13,12 +13,14 @@ class GatewayProcess
 public:
     ~GatewayProcess();
 
+    // Later arguments win: {"--port", "N"} restarts on a known port.
     bool start(const QStringList &extraArgs = {});
     // SIGTERM and wait: devices closed, state saved.
     bool stop();
     // SIGKILL: nothing saved beyond what was committed.
     void kill();
     int port() const { return m_port; }
+    QString stateDir() const { return m_stateDir.path(); }
     qint64 pid() const { return m_process.processId(); }
     QString error() const { return m_error; }
     // Everything the process wrote to stderr so far.

@@ -139,10 +139,16 @@ Rectangle {
         }
     }
 
+    GatewayBanner {
+        id: gatewayBanner
+        objectName: "gatewayBanner"
+        anchors { left: navigationBar.right; right: parent.right; top: titleBar.bottom }
+    }
+
     StackLayout {
         id: pages
         objectName: "pageStack"
-        anchors { left: navigationBar.right; right: parent.right; top: titleBar.bottom; bottom: parent.bottom }
+        anchors { left: navigationBar.right; right: parent.right; top: gatewayBanner.bottom; bottom: parent.bottom }
         currentIndex: root.devPages ? root.currentTab : 0
         DeviceManagementView {
             id: deviceManagement

@@ -53,6 +53,12 @@ QtObject {
     readonly property real disabledBoxOpacity: 0.6
     readonly property real disabledButtonOpacity: 0.45
 
+    // The gateway banner over the pages: away (warning), back (restored).
+    readonly property color bannerWarning: "#FFF4E5"
+    readonly property color bannerWarningText: "#8A4B00"
+    readonly property color bannerRestored: "#E9F7EF"
+    readonly property color bannerRestoredText: "#1E6B3A"
+
     // Font sizes in pixels, and the family of received data.
     readonly property int fontCaption: 11               // the small line above a name
     readonly property int fontBody: 12                  // labels, values, buttons, lists

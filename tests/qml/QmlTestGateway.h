@@ -37,6 +37,12 @@ public:
     {
         gw().setParam(id, key.toUtf8(), value.toUtf8());
     }
+    // The fake's address table of a fieldbus module and one parameter of an address.
+    Q_INVOKABLE int addressCount(int moduleId) const { return gw().addresses(moduleId).size(); }
+    Q_INVOKABLE QString addressParam(int moduleId, int addressId, const QString &key) const
+    {
+        return QString::fromUtf8(gw().param(moduleId, key.toUtf8(), addressId));
+    }
     Q_INVOKABLE void loadDevices() { DevicesManager::Instance()->LoadDevices(); }
     // Every call of `function` answers code (codes above 2^31 come as doubles).
     Q_INVOKABLE void answer(const QString &function, double code) { gw().answer(function, quint32(code)); }

@@ -84,6 +84,7 @@ Item {
             compare(dialog.intTypes.length, data.types)
             compare(dialog.firstAddress, 100, "the description file's default lies inside the range")
             compare(dialog.timeout, 1000)
+            compare(dialog.addressName, "Address")
             compare(dialog.pollEnable, true)
             fill(dialog, "camera", 20, 4)
             dialog.uploadEnable = true

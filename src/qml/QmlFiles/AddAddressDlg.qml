@@ -31,8 +31,7 @@ DialogFrame {
     function startFrom(info) {
         if (!info)
             return
-        if (root.editing)
-            nameField.text = info.addrName
+        nameField.text = info.addrName // a new address starts as "Address"
         typeBox.currentIndex = Math.max(0, Math.min(info.intType, root.intTypes.length - 1))
         firstBox.currentValue = info.firstAddr
         pointsBox.currentValue = Math.max(1, info.addrLength)

@@ -32,6 +32,14 @@ QStringList detachedCopy(const QStringList &list)
     return copy;
 }
 
+// A text that shares no buffer with the original: the data text is replaced
+// under the lock on any thread, and a buffer shared with a caller's string
+// would be released outside it.
+QString deepCopy(const QString &text)
+{
+    return QString(text.constData(), text.size());
+}
+
 void appendBounded(QStringList &list, QString entry)
 {
     if (list.size() >= AddressInfo::kMaxHistory)
@@ -134,7 +142,7 @@ void AddressInfo::setFixedAddress(const QString &text)
 QString AddressInfo::data() const
 {
     ListLockGuard lock(m_listLock);
-    return QString(m_data.constData(), m_data.size()); // deep copy, see detachedCopy
+    return deepCopy(m_data);
 }
 
 QStringList AddressInfo::dataList() const
@@ -170,9 +178,10 @@ void AddressInfo::UpdateData(const QByteArray &bytes)
     QString textEntry = RecvDataFormat::entry(stamp, text);
     QString hexEntry = RecvDataFormat::entry(stamp, hex);
     bool announce = false;
+    QString shown = deepCopy(text);
     {
         ListLockGuard lock(m_listLock);
-        m_data = text;
+        m_data.swap(shown);
     }
     emit dataChanged();
     {
@@ -195,9 +204,10 @@ void AddressInfo::UpdateData(const QByteArray &bytes)
 
 void AddressInfo::UpdateData(const QString &text)
 {
+    QString shown = deepCopy(text);
     {
         ListLockGuard lock(m_listLock);
-        m_data = text;
+        m_data.swap(shown);
     }
     emit dataChanged();
 }

@@ -43,6 +43,17 @@ public:
         gw().setAddressData(id, address, QByteArray::fromHex(hex.toLatin1()));
     }
     Q_INVOKABLE int lastAddressId(const QString &function) const { return gw().lastCall(function).addressId; }
+    // The fake's address table of a fieldbus module and one parameter of an address.
+    Q_INVOKABLE int addressCount(int moduleId) const { return gw().addresses(moduleId).size(); }
+    Q_INVOKABLE QString addressParam(int moduleId, int addressId, const QString &key) const
+    {
+        return QString::fromUtf8(gw().param(moduleId, key.toUtf8(), addressId));
+    }
+    // The bytes the fake's ReadData answers for an address (the text as UTF-8).
+    Q_INVOKABLE void setAddressData(int moduleId, int addressId, const QString &text)
+    {
+        gw().setAddressData(moduleId, addressId, text.toUtf8());
+    }
     Q_INVOKABLE void loadDevices() { DevicesManager::Instance()->LoadDevices(); }
     // Every call of `function` answers code (codes above 2^31 come as doubles).
     Q_INVOKABLE void answer(const QString &function, double code) { gw().answer(function, quint32(code)); }

@@ -4,6 +4,8 @@
 // and the warnings logged while a test ran (QML binding and type errors among
 // them), so that a test can fail on any.
 
+#include "HostConfig.h"
+
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QObject>
@@ -29,6 +31,8 @@ public:
         if (m_context)
             m_context->setContextProperty(QStringLiteral("LmDevPages"), value);
     }
+    // The page's language for views made afterwards ("en", "zh_CN").
+    Q_INVOKABLE void setLanguage(const QString &language) { HostConfig::setLanguage(language); }
     // The warnings since the last call. The first call of each test case
     // puts the recorder in front of the test log's handler, which the test
     // log installs when a test case starts and removes when it ends; the

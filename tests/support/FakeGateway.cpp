@@ -28,6 +28,33 @@ int FakeGateway::addModule(const QByteArray &type, const QByteArray &name)
     return id;
 }
 
+int FakeGateway::addAddress(int moduleId, int direction, const QByteArray &name)
+{
+    Lock lock(m_mutex);
+    const int id = direction == GW_ADDRESS_WRITE ? m_s.nextWriteAddressId++ : m_s.nextReadAddressId++;
+    m_s.addresses[moduleId].append({id, direction, name});
+    return id;
+}
+
+QVector<FakeGwAddress> FakeGateway::addresses(int moduleId) const
+{
+    Lock lock(m_mutex);
+    return m_s.addresses.value(moduleId);
+}
+
+bool FakeGateway::removeAddress(int moduleId, int addressId)
+{
+    Lock lock(m_mutex);
+    QVector<FakeGwAddress> &list = m_s.addresses[moduleId];
+    for (int i = 0; i < list.size(); ++i) {
+        if (list[i].id == addressId) {
+            list.remove(i);
+            return true;
+        }
+    }
+    return false;
+}
+
 void FakeGateway::setAddressData(int moduleId, int addressId, const QByteArray &bytes)
 {
     Lock lock(m_mutex);

@@ -27,6 +27,12 @@ struct FakeGwCall {
     QList<QPair<QByteArray, QByteArray>> entries; // the record's entries in use
 };
 
+struct FakeGwAddress {
+    int id = 0;
+    int direction = 0; // GW_ADDRESS_READ / GW_ADDRESS_WRITE
+    QByteArray name;
+};
+
 struct FakeGwModule {
     int id = 0;
     QByteArray type;
@@ -66,6 +72,11 @@ public:
         m_s.serialLength = reportedLength;
     }
     void setReservedPorts(const QByteArray &text) { Lock lock(m_mutex); m_s.reservedPorts = text; }
+    // Address table of a fieldbus module, as AddModuleAddressPN fills it: read
+    // ids count up from 1, write ids from 1001 (the ranges of our descriptions).
+    int addAddress(int moduleId, int direction, const QByteArray &name); // returns the new id
+    QVector<FakeGwAddress> addresses(int moduleId) const;
+    bool removeAddress(int moduleId, int addressId);
     // The bytes ReadData answers for an address.
     void setAddressData(int moduleId, int addressId, const QByteArray &bytes);
     QByteArray addressData(int moduleId, int addressId) const;
@@ -117,6 +128,9 @@ private:
         QByteArray serialList;
         int serialLength = 0;
         QByteArray reservedPorts;
+        QMap<int, QVector<FakeGwAddress>> addresses;
+        int nextReadAddressId = 1;
+        int nextWriteAddressId = 1001;
         QMap<QPair<int, int>, QByteArray> addressData;
         GW_EVENT_CALLBACK eventCb = nullptr;
         void *eventUser = nullptr;

@@ -173,6 +173,69 @@ uint32_t GW_PF_SetModuleParam(int moduleId, GW_PARAM_RECORD *params, int address
     return code;
 }
 
+// Like GetModuleParam: every entry's value from the parameter store.
+uint32_t GW_PF_GetAllParam(int moduleId, GW_PARAM_RECORD *params, int addressId)
+{
+    const FakeGwCall c = recordCall("GetAllParam", moduleId, params, addressId);
+    const uint32_t code = gw().record(c);
+    if (!params)
+        return GW_ERR_INVALID_ARGUMENT;
+    if (code != GW_OK)
+        return code;
+    for (int i = 0; i < c.entries.size(); ++i)
+        qstrncpy(params->entries[i].value, gw().param(moduleId, c.entries[i].first, addressId).constData(),
+                 GW_PARAM_VALUE_SIZE);
+    return GW_OK;
+}
+
+// number: the capacity passed in.
+uint32_t GW_PF_GetModuleAllAddressInfo(int moduleId, GW_ADDRESS_INFO *addresses, int capacity, int *count)
+{
+    const uint32_t code = gw().record(makeCall("GetModuleAllAddressInfo", moduleId, 0, capacity));
+    if (code != GW_OK)
+        return code;
+    if (!addresses || !count || capacity < 0)
+        return GW_ERR_INVALID_ARGUMENT;
+    const QVector<FakeGwAddress> list = gw().addresses(moduleId);
+    *count = qMin(capacity, list.size());
+    for (int i = 0; i < *count; ++i) {
+        addresses[i] = GW_ADDRESS_INFO{};
+        addresses[i].addressId = list[i].id;
+        qstrncpy(addresses[i].addressName, list[i].name.constData(), GW_ADDRESS_NAME_SIZE);
+    }
+    return GW_OK;
+}
+
+// number: the direction; text: the name.
+uint32_t GW_PF_AddModuleAddressPN(int moduleId, const char *addressName, int direction, int *addressId)
+{
+    const FakeGwCall c = makeCall("AddModuleAddressPN", moduleId, addressId ? *addressId : 0, direction, addressName);
+    const uint32_t code = gw().record(c);
+    if (code != GW_OK)
+        return code;
+    if (!addressName || !addressId)
+        return GW_ERR_INVALID_ARGUMENT;
+    *addressId = gw().addAddress(moduleId, direction, c.text);
+    return GW_OK;
+}
+
+uint32_t GW_PF_DeleteModuleAddress(int moduleId, int addressId)
+{
+    const uint32_t code = gw().record(makeCall("DeleteModuleAddress", moduleId, addressId));
+    if (code != GW_OK)
+        return code;
+    gw().removeAddress(moduleId, addressId);
+    return GW_OK;
+}
+
+// A truth value: valid unless a failure code is scripted for it. number: the direction.
+uint32_t GW_PF_ValidateAddressParams(int moduleId, GW_PARAM_RECORD *params, int direction)
+{
+    FakeGwCall c = recordCall("ValidateAddressParams", moduleId, params, 0);
+    c.number = direction;
+    return gw().record(c) == GW_OK ? 1 : 0;
+}
+
 // number: the buffer size; answers the bytes setAddressData gave, cut to the buffer.
 uint32_t GW_PF_ReadData(int moduleId, int addressId, int bufferSize, int *length, char *buffer)
 {

@@ -62,17 +62,20 @@ QString childText(const tinyxml2::XMLElement *element, const char *name)
 AddressDataSetData::AddressDataSetData(const _S_Comm_BasicDefaultInfo_ &info, QObject *parent)
     : BaseItem(info, parent)
 {
-    static std::once_flag once;
-    std::call_once(once, [] {
-        qRegisterMetaType<QList<AddressInfo *>>("QList<CommunicationControl::AddressInfo*>");
-    });
+    AddressInfo::registerTypes();
     if (auto *device = qobject_cast<CommDevice *>(parent)) {
         connect(device, &CommDevice::deviceResultChanged, this, &AddressDataSetData::onDeviceResultChanged);
-        if (device->deviceType() == QLatin1String("EipModule"))
-            m_moduType = Eip;
-        else if (device->deviceType() == QLatin1String("ProfinetModule"))
-            m_moduType = Profinet;
+        m_moduType = moduTypeOf(device->deviceType(), m_moduType);
     }
+}
+
+int AddressDataSetData::moduTypeOf(const QString &deviceType, int otherwise)
+{
+    if (deviceType == QLatin1String("EipModule"))
+        return Eip;
+    if (deviceType == QLatin1String("ProfinetModule"))
+        return Profinet;
+    return otherwise;
 }
 
 void AddressDataSetData::setAddressType(int value)

@@ -45,6 +45,8 @@ public:
     Q_ENUM(MouleType)
 
     AddressDataSetData(const _S_Comm_BasicDefaultInfo_ &info, QObject *parent);
+    // The module kind of a device type ("EipModule", "ProfinetModule"), else `otherwise`.
+    static int moduTypeOf(const QString &deviceType, int otherwise);
 
     QList<AddressInfo *> addressList() const { return m_addressList; }
     int addressType() const { return m_addressType; }

@@ -47,22 +47,24 @@ void appendBounded(QStringList &list, QString entry)
     list.append(std::move(entry));
 }
 
-void registerForQml()
+} // namespace
+
+void AddressInfo::registerTypes()
 {
     static std::once_flag once;
     std::call_once(once, [] {
         qRegisterMetaType<AddressInfo *>("AddressInfo*");
+        qRegisterMetaType<QList<AddressInfo *>>("QList<CommunicationControl::AddressInfo*>");
         qmlRegisterUncreatableType<AddressInfo>("lm.cpp.AddressInfo", 1, 0, "AddressInfo",
                                                 QStringLiteral("made by its address table"));
     });
 }
-} // namespace
 
 AddressInfo::AddressInfo(QObject *parent, int factor)
     : QObject(parent)
     , m_factor(factor)
 {
-    registerForQml();
+    registerTypes();
     m_recvTimer.start();
     m_pendingAnnounce = new (std::nothrow) QTimer(this);
     if (m_pendingAnnounce) {

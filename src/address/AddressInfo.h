@@ -38,6 +38,10 @@ public:
     AddressInfo(QObject *parent, int factor);
     ~AddressInfo() override;
 
+    // The entry and list types as QML and queued signals look them up by
+    // name; the tables call it before they publish a list, empty or not.
+    static void registerTypes();
+
     static constexpr int kMaxHistory = 200;
     static constexpr int kNotifyIntervalMs = 100;
 

@@ -1,5 +1,6 @@
 #include "ProfinetFixedButtonData.h"
 
+#include "AddressDataSetData.h"
 #include "CommDevice.h"
 #include "CommLog.h"
 #include "ErrorCodeText.h"
@@ -11,15 +12,11 @@
 
 #include <limits>
 #include <memory>
-#include <mutex>
 #include <new>
 
 namespace CommunicationControl {
 
 namespace {
-// The module kinds as the address tables number them.
-constexpr int kEip = 1;
-constexpr int kProfinet = 2;
 constexpr int kReadBufferSize = 1024;
 constexpr char kPollEnable[] = "PollEnable";
 constexpr char kHeartbeat[] = "Heartbeat";
@@ -41,17 +38,10 @@ bool splitBitKey(const QString &key, qint64 *byte, qint64 *bit)
 ProfinetFixedButtonData::ProfinetFixedButtonData(const _S_Comm_BasicDefaultInfo_ &info, QObject *parent)
     : BaseItem(info, parent)
 {
-    // The list properties' type, as QML looks it up by name.
-    static std::once_flag once;
-    std::call_once(once, [] {
-        qRegisterMetaType<QList<AddressInfo *>>("QList<CommunicationControl::AddressInfo*>");
-    });
+    AddressInfo::registerTypes();
     if (CommDevice *owner = device()) {
         connect(owner, &CommDevice::deviceResultChanged, this, &ProfinetFixedButtonData::onDeviceResultChanged);
-        if (owner->deviceType() == QLatin1String("ProfinetModule"))
-            m_moduType = kProfinet;
-        else if (owner->deviceType() == QLatin1String("EipModule"))
-            m_moduType = kEip;
+        m_moduType = AddressDataSetData::moduTypeOf(owner->deviceType(), m_moduType);
     }
 }
 
@@ -141,7 +131,7 @@ QList<AddressInfo *> ProfinetFixedButtonData::makeBitEntries(const QMap<QString,
     const GSDMLXMLHelper &helper = GSDMLXMLHelper::Instance();
     QList<AddressInfo *> entries;
     for (auto it = bits.cbegin(); it != bits.cend(); ++it) {
-        AddressInfo *entry = new (std::nothrow) AddressInfo(this, m_moduType == kProfinet ? 1 : 2);
+        AddressInfo *entry = new (std::nothrow) AddressInfo(this, m_moduType == AddressDataSetData::Profinet ? 1 : 2);
         if (!entry) {
             COMM_LOG(CommLogInfo, "new(std::nothrow) AddressInfo failed");
             continue;

@@ -124,6 +124,7 @@ void DevicesManager::loadModule(const GW_MODULE_INFO &info, const CommLogSite &s
     device->setDeviceType(type);
     device->getModuleParams();
     device->GwGetConnectState();
+    device->GwGetStatus();
     Lock lock(m_listMutex);
     m_devices.append(device);
 }
@@ -386,11 +387,19 @@ int DevicesManager::gwSendData(int nModuleId, QString msg, int nAddressId, int d
     }
     if (rc != GW_OK)
         COMM_LOG(CommLogInfo, "%s failed, moduid=%d, addressId=%d, error=%x", call, nModuleId, nAddressId, rc);
+    // Shown under the send field of a stream device; a fieldbus address
+    // test shows its own outcome.
+    if (CommDevice *target = getDeviceById(nModuleId); target && nAddressId == -1)
+        target->setSendOutcome(rc, text.size());
     return int(rc);
 }
 
 void DevicesManager::HandleGWEvent(eGW_EVENT_TYPE eEventType, QSharedPointer<char> spData, int nDataLen)
 {
+    if (eEventType == GW_EVENT_DEVICE_STATUS) {
+        handleStatusEvent(spData, nDataLen);
+        return;
+    }
     if (eEventType != GW_EVENT_CONNECTED && eEventType != GW_EVENT_DISCONNECTED)
         return;
     // The payload starts with the module id; a shorter one is not read.
@@ -408,6 +417,23 @@ void DevicesManager::HandleGWEvent(eGW_EVENT_TYPE eEventType, QSharedPointer<cha
     const bool up = (eEventType == GW_EVENT_CONNECTED);
     device->updateConState(up);
     device->setItemsEnable(up);
+}
+
+// Payload: module id, then the state code (int32 each).
+void DevicesManager::handleStatusEvent(const QSharedPointer<char> &spData, int nDataLen)
+{
+    if (!spData || nDataLen < int(2 * sizeof(qint32))) {
+        COMM_LOG(CommLogInfo, "HandleGWEvent failed, status payload of %d bytes", nDataLen);
+        return;
+    }
+    qint32 fields[2] = {};
+    std::memcpy(fields, spData.data(), sizeof(fields));
+    CommDevice *device = getDeviceById(fields[0]);
+    if (!device) {
+        COMM_LOG(CommLogInfo, "HandleGWEvent failed, getDeviceById null");
+        return;
+    }
+    device->updateStatus(fields[1]);
 }
 
 void DevicesManager::HandleGWResult(int nModuleId, int nAddressId, void *pRstData, int nRstDataLen)

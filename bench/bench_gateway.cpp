@@ -4,15 +4,22 @@
 //  - a TCP server device delivering CR LF-framed 64-byte lines to the result
 //    callback, and unframed 64 KiB writes vs plain loopback streaming;
 //  - the daemon's resident memory after the streams (counter "daemon_rss_kb")
-//    and over a long stream ($BENCH_STREAM_SECONDS, default 10).
+//    and over a long stream ($BENCH_STREAM_SECONDS, default 10);
+//  - the cost of the device counters: a TCP server channel in this process
+//    delivering CR LF-framed 64-byte lines with counting off (the baseline)
+//    and on, alternately, switched at run time (ChannelStatus::setCounting).
 // Needs $GATEWAYD (the gatewayd to measure).
 #include "BenchSupport.h"
+#include "ChannelStatus.h"
 #include "GatewayProcess.h"
 #include "GwPlatform.h"
+#include "ParamSchema.h"
+#include "StreamChannel.h"
 
 #include <QCoreApplication>
 #include <algorithm>
 #include <atomic>
+#include <memory>
 #include <chrono>
 #include <benchmark/benchmark.h>
 #include <string>
@@ -248,6 +255,56 @@ void BM_GatewayMemoryUnderStream(benchmark::State &state)
     g_slowCallback = false;
 }
 BENCHMARK(BM_GatewayMemoryUnderStream)->Arg(0)->Arg(1)->Iterations(1)->UseRealTime();
+
+// Lines through a TCP server channel straight to a consumer on the worker
+// thread, counting off (Arg 0) or on (Arg 1). The rows alternate so that a
+// change of machine load hits both.
+void BM_ChannelLinesCounting(benchmark::State &state)
+{
+    constexpr long long kStreamChunk = 32LL * 1024 * 1024;
+    ChannelStatus::setCounting(state.range(0) != 0);
+    const uint16_t port = freeLoopbackPort();
+    std::unique_ptr<StreamChannel> channel(StreamChannel::create("TcpServerModule"));
+    std::atomic<long long> delivered{0};
+    QObject::connect(channel.get(), &StreamChannel::framesReceived, channel.get(),
+                     [&delivered, shared = channel.get()](const QList<QByteArray> &frames) {
+                         const qint64 bytes = StreamChannel::bytesOf(frames);
+                         delivered += bytes;
+                         shared->framesTaken(bytes);
+                     },
+                     Qt::DirectConnection);
+    StreamChannel::Params params = ParamSchema::forModuleType("TcpServerModule")->defaults();
+    params.insert("LocalIP", "127.0.0.1");
+    params.insert("LocalPort", QByteArray::number(port));
+    params.insert("EndChar", "\r\n");
+    if (channel->open(params) != GW_OK) {
+        state.SkipWithError("channel did not open");
+        return;
+    }
+    const int fd = connectLoopback(port);
+    while (channel->status()->peerCount() < 1)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    std::string block;
+    const std::string line = std::string(62, 'x') + "\r\n";
+    while (block.size() + line.size() <= 64 * 1024)
+        block += line;
+    long long sent = 0;
+    for (auto _ : state) {
+        const auto start = Clock::now();
+        for (long long n = 0; n < kStreamChunk; n += static_cast<long long>(block.size())) {
+            writeFull(fd, block.data(), block.size());
+            sent += static_cast<long long>(block.size());
+        }
+        while (delivered < sent)
+            std::this_thread::sleep_for(std::chrono::microseconds(20));
+        state.SetIterationTime(std::chrono::duration<double>(Clock::now() - start).count());
+    }
+    state.counters["lines_per_s"] = benchmark::Counter(double(sent / 64), benchmark::Counter::kIsRate);
+    close(fd);
+    channel->close();
+    ChannelStatus::setCounting(true);
+}
+BENCHMARK(BM_ChannelLinesCounting)->Arg(0)->Arg(1)->Arg(0)->Arg(1)->Arg(0)->Arg(1)->UseManualTime()->MinTime(2.0);
 } // namespace
 
 int main(int argc, char **argv)

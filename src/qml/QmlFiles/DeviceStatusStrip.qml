@@ -1,8 +1,10 @@
 import QtQuick 2.15
+import QtQuick.Window 2.15
 import comm.devicesManager 1.0
 
 // The selected stream device's state and counters, with the reset button.
-// Counters are read from the gateway once a second while the strip is shown.
+// Counters are read from the gateway once a second while the strip is on
+// screen.
 Rectangle {
     id: root
     property var device: null
@@ -24,7 +26,9 @@ Rectangle {
         interval: 1000
         repeat: true
         triggeredOnStart: true
-        running: root.visible && root.device !== null && root.device.hasStatus
+        // Only while the page is on screen: a hidden window asks nothing.
+        running: root.visible && root.Window.window !== null && root.Window.window.visible
+                 && root.device !== null && root.device.hasStatus
         onTriggered: root.device.refreshCounters()
     }
     DeviceStatusLabel {

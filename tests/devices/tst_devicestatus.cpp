@@ -165,8 +165,6 @@ void tst_DeviceStatus::statusEvent_data()
     QTest::addColumn<QString>("logLine");
     QTest::newRow("connected") << statusPayload(1, GW_DEVICE_CONNECTED) << "Connected" << "Connected" << "ok"
                                << "gone (x)" << "";
-    QTest::newRow("reconnecting") << statusPayload(1, GW_DEVICE_RECONNECTING) << "Reconnecting" << "Reconnecting"
-                                  << "pending" << "gone (x)" << "";
     QTest::newRow("port missing") << statusPayload(1, GW_DEVICE_PORT_MISSING) << "PortMissing" << "Port missing"
                                   << "fault" << "gone (x)" << "";
     QTest::newRow("unknown state") << statusPayload(1, 42) << "Closed" << "Off" << "off" << ""
@@ -243,7 +241,6 @@ void tst_DeviceStatus::refreshCounters_readsPeersOfAServerOnly_data()
     QTest::addColumn<int>("peers");
     QTest::newRow("TCP server") << "TcpServerModule" << QList<QByteArray>{"Counters", "Peers"} << 1;
     QTest::newRow("TCP client") << "TcpClientModule" << QList<QByteArray>{"Counters"} << 0;
-    QTest::newRow("serial") << "SerialModule" << QList<QByteArray>{"Counters"} << 0;
 }
 
 void tst_DeviceStatus::refreshCounters_readsPeersOfAServerOnly()

@@ -288,10 +288,6 @@ void tst_GatewayStatus::statusKeys_writesRefusedOrRun_data()
     QTest::addColumn<quint32>("expected");
     QTest::newRow("Status is read-only") << QByteArray("TcpServerModule") << QByteArray("Status")
                                          << QByteArray("Connected") << quint32(GW_ERR_NOT_SUPPORTED);
-    QTest::newRow("Counters is read-only") << QByteArray("UdpModule") << QByteArray("Counters")
-                                           << QByteArray("RxBytes=0") << quint32(GW_ERR_NOT_SUPPORTED);
-    QTest::newRow("Peers is read-only") << QByteArray("TcpServerModule") << QByteArray("Peers") << QByteArray("")
-                                        << quint32(GW_ERR_NOT_SUPPORTED);
     QTest::newRow("reset takes true or false only") << QByteArray("SerialModule") << QByteArray("ResetCounters")
                                                     << QByteArray("yes") << quint32(GW_ERR_INVALID_VALUE);
     QTest::newRow("reset of a closed device") << QByteArray("TcpClientModule") << QByteArray("ResetCounters")

@@ -52,7 +52,8 @@ public:
     Q_INVOKABLE int GwGetConnectState();
     Q_INVOKABLE int GwSetConnectState(bool value);
     Q_INVOKABLE void clearRecvDatas();
-    // Reads counters (and peers) again; the device view calls it while shown.
+    // Reads detail, counters (and peers) again; the device view calls it
+    // while shown.
     Q_INVOKABLE void refreshCounters();
     // Zeroes the gateway's counters of the device; a refusal is shown.
     Q_INVOKABLE void resetCounters();

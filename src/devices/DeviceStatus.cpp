@@ -127,7 +127,12 @@ quint32 DeviceStatus::readCounters()
 {
     if (!m_hasStatus)
         return GW_OK;
+    // The detail moves on without a change of state (attempt number, next
+    // try, peers connected): read again with the counters.
     QByteArray text;
+    if (const quint32 rc = read("StatusDetail", text))
+        return rc;
+    setState(m_state, QString::fromUtf8(text));
     if (const quint32 rc = read("Counters", text))
         return rc;
     const QVariantMap counters = parseCounters(text);

@@ -36,7 +36,8 @@ public:
     void followSwitch(bool on);
     // Reads "Status" and "StatusDetail"; the gateway's code.
     quint32 readState();
-    // Reads "Counters" and, for a TCP server, "Peers"; the gateway's code.
+    // Reads "StatusDetail", "Counters" and, for a TCP server, "Peers"; the
+    // gateway's code.
     quint32 readCounters();
     // Writes "ResetCounters" = "true" / "DropPeer" = address, then reads
     // the counters again. The gateway's code; failures are logged.

@@ -239,8 +239,8 @@ void tst_DeviceStatus::refreshCounters_readsPeersOfAServerOnly_data()
     QTest::addColumn<QString>("type");
     QTest::addColumn<QList<QByteArray>>("keys");
     QTest::addColumn<int>("peers");
-    QTest::newRow("TCP server") << "TcpServerModule" << QList<QByteArray>{"Counters", "Peers"} << 1;
-    QTest::newRow("TCP client") << "TcpClientModule" << QList<QByteArray>{"Counters"} << 0;
+    QTest::newRow("TCP server") << "TcpServerModule" << QList<QByteArray>{"StatusDetail", "Counters", "Peers"} << 1;
+    QTest::newRow("TCP client") << "TcpClientModule" << QList<QByteArray>{"StatusDetail", "Counters"} << 0;
 }
 
 void tst_DeviceStatus::refreshCounters_readsPeersOfAServerOnly()

@@ -159,6 +159,10 @@ void tst_GatewayStatus::tcpServer_peersCountersLimitAndDrop()
     QCOMPARE(fields[0], localAddress(a));
     QCOMPARE(fields[2], QByteArray("11"));
     QCOMPARE(fields[3], QByteArray("5"));
+    // A frame over the length limit is dropped and counted.
+    a.write(QByteArray(70 * 1024, 'x') + "\nok\n");
+    QTRY_COMPARE(counter(id, "Dropped"), QByteArray("1"));
+    QTRY_COMPARE(m_recorder.frames(id).size(), 3);
 
     b.connectToHost(QHostAddress::LocalHost, port);
     QVERIFY(b.waitForConnected(3000));

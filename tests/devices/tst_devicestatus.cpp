@@ -145,14 +145,7 @@ void tst_DeviceStatus::parsePeers()
     QStringList got;
     for (const QVariant &peer : peers)
         got << peer.toMap().value("address").toString();
-    QCOMPARE(got, addresses);
-    if (QTest::currentDataTag() == QLatin1String("two peers")) {
-        const QVariantMap first = peers.first().toMap();
-        QCOMPARE(first.value("rx").toULongLong(), 12ULL);
-        QCOMPARE(first.value("tx").toULongLong(), 3ULL);
-        QCOMPARE(first.value("since").toString(), QStringLiteral("2026-05-04T10:00:00"));
-        QCOMPARE(first.value("lastActivity").toString(), QStringLiteral("2026-05-04T10:01:00"));
-    }
+    QCOMPARE(got, addresses); // the fields of a row: tst_devicestatus.qml's peer table
 }
 
 void tst_DeviceStatus::statusEvent_data()

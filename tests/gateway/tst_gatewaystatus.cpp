@@ -294,8 +294,6 @@ void tst_GatewayStatus::statusKeys_writesRefusedOrRun_data()
                                          << QByteArray("Connected") << quint32(GW_ERR_NOT_SUPPORTED);
     QTest::newRow("reset takes true or false only") << QByteArray("SerialModule") << QByteArray("ResetCounters")
                                                     << QByteArray("yes") << quint32(GW_ERR_INVALID_VALUE);
-    QTest::newRow("reset of a closed device") << QByteArray("TcpClientModule") << QByteArray("ResetCounters")
-                                              << QByteArray("true") << quint32(GW_OK);
     QTest::newRow("drop on a device without peers") << QByteArray("TcpClientModule") << QByteArray("DropPeer")
                                                     << QByteArray("127.0.0.1:1") << quint32(GW_ERR_UNKNOWN_KEY);
     QTest::newRow("drop of an over-long address") << QByteArray("TcpServerModule") << QByteArray("DropPeer")

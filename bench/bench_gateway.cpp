@@ -4,15 +4,23 @@
 //  - a TCP server device delivering CR LF-framed 64-byte lines to the result
 //    callback, and unframed 64 KiB writes vs plain loopback streaming;
 //  - the daemon's resident memory after the streams (counter "daemon_rss_kb")
-//    and over a long stream ($BENCH_STREAM_SECONDS, default 10).
+//    and over a long stream ($BENCH_STREAM_SECONDS, default 10);
+//  - the cost of the device counters: a TCP server channel in this process
+//    delivering CR LF-framed 64-byte lines with counting off (the baseline)
+//    and on, in alternating rounds, switched at run time
+//    (ChannelStatus::setCounting, there for this measurement only).
 // Needs $GATEWAYD (the gatewayd to measure).
 #include "BenchSupport.h"
+#include "ChannelStatus.h"
 #include "GatewayProcess.h"
 #include "GwPlatform.h"
+#include "ParamSchema.h"
+#include "StreamChannel.h"
 
 #include <QCoreApplication>
 #include <algorithm>
 #include <atomic>
+#include <memory>
 #include <chrono>
 #include <benchmark/benchmark.h>
 #include <string>
@@ -248,6 +256,70 @@ void BM_GatewayMemoryUnderStream(benchmark::State &state)
     g_slowCallback = false;
 }
 BENCHMARK(BM_GatewayMemoryUnderStream)->Arg(0)->Arg(1)->Iterations(1)->UseRealTime();
+
+// Lines through a TCP server channel straight to a consumer on the worker
+// thread, in 4 MiB rounds that switch counting off and on in turn, so that
+// the load of a shared machine hits both alike. Reports lines per second of
+// each and their ratio (counted / not counted).
+void BM_ChannelLinesCountingCost(benchmark::State &state)
+{
+    constexpr long long kRound = 4LL * 1024 * 1024;
+    const uint16_t port = freeLoopbackPort();
+    std::unique_ptr<StreamChannel> channel(StreamChannel::create("TcpServerModule"));
+    std::atomic<long long> delivered{0};
+    QObject::connect(channel.get(), &StreamChannel::framesReceived, channel.get(),
+                     [&delivered, shared = channel.get()](const QList<QByteArray> &frames) {
+                         const qint64 bytes = StreamChannel::bytesOf(frames);
+                         delivered += bytes;
+                         shared->framesTaken(bytes);
+                     },
+                     Qt::DirectConnection);
+    StreamChannel::Params params = ParamSchema::forModuleType("TcpServerModule")->defaults();
+    params.insert("LocalIP", "127.0.0.1");
+    params.insert("LocalPort", QByteArray::number(port));
+    params.insert("EndChar", "\r\n");
+    if (channel->open(params) != GW_OK) {
+        state.SkipWithError("channel did not open");
+        return;
+    }
+    const int fd = connectLoopback(port);
+    while (channel->status()->peerCount() < 1)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    std::string block;
+    const std::string line = std::string(62, 'x') + "\r\n";
+    while (block.size() + line.size() <= 64 * 1024)
+        block += line;
+    long long sent = 0;
+    double seconds[2] = {0, 0};
+    long long bytes[2] = {0, 0};
+    for (auto _ : state) {
+        double iteration = 0;
+        for (int counting = 0; counting < 2; ++counting) {
+            ChannelStatus::setCounting(counting != 0);
+            const auto start = Clock::now();
+            for (long long n = 0; n < kRound; n += static_cast<long long>(block.size())) {
+                writeFull(fd, block.data(), block.size());
+                sent += static_cast<long long>(block.size());
+                bytes[counting] += static_cast<long long>(block.size());
+            }
+            while (delivered < sent)
+                std::this_thread::sleep_for(std::chrono::microseconds(20));
+            const double elapsed = std::chrono::duration<double>(Clock::now() - start).count();
+            seconds[counting] += elapsed;
+            iteration += elapsed;
+        }
+        state.SetIterationTime(iteration);
+    }
+    ChannelStatus::setCounting(true);
+    const double off = double(bytes[0] / 64) / seconds[0];
+    const double on = double(bytes[1] / 64) / seconds[1];
+    state.counters["lines_per_s_off"] = off;
+    state.counters["lines_per_s_on"] = on;
+    state.counters["on_vs_off"] = on / off;
+    close(fd);
+    channel->close();
+}
+BENCHMARK(BM_ChannelLinesCountingCost)->UseManualTime()->MinTime(10.0);
 } // namespace
 
 int main(int argc, char **argv)

@@ -1086,5 +1086,105 @@
         <source>PLC heartbeat</source>
         <translation>PLC heartbeat</translation>
     </message>
+    <message>
+        <source>Lang_DevState_Closed</source>
+        <translation>Off</translation>
+    </message>
+    <message>
+        <source>Lang_DevState_Opening</source>
+        <translation>Opening</translation>
+    </message>
+    <message>
+        <source>Lang_DevState_Connected</source>
+        <translation>Connected</translation>
+    </message>
+    <message>
+        <source>Lang_DevState_Listening</source>
+        <translation>Listening</translation>
+    </message>
+    <message>
+        <source>Lang_DevState_Reconnecting</source>
+        <translation>Reconnecting</translation>
+    </message>
+    <message>
+        <source>Lang_DevState_PortMissing</source>
+        <translation>Port missing</translation>
+    </message>
+    <message>
+        <source>Lang_DevState_Error</source>
+        <translation>Error</translation>
+    </message>
+    <message>
+        <source>Lang_SentBytes</source>
+        <translation>Sent %1 bytes</translation>
+    </message>
+    <message>
+        <source>Lang_CntRxBytes</source>
+        <translation>Received</translation>
+    </message>
+    <message>
+        <source>Lang_CntTxBytes</source>
+        <translation>Sent</translation>
+    </message>
+    <message>
+        <source>Lang_CntRxFrames</source>
+        <translation>Frames in</translation>
+    </message>
+    <message>
+        <source>Lang_CntTxFrames</source>
+        <translation>Frames out</translation>
+    </message>
+    <message>
+        <source>Lang_CntDropped</source>
+        <translation>Dropped</translation>
+    </message>
+    <message>
+        <source>Lang_CntErrors</source>
+        <translation>Errors</translation>
+    </message>
+    <message>
+        <source>Lang_CntReconnects</source>
+        <translation>Reconnects</translation>
+    </message>
+    <message>
+        <source>Lang_CntSince</source>
+        <translation>Since</translation>
+    </message>
+    <message>
+        <source>Lang_ResetCounters</source>
+        <translation>Reset</translation>
+    </message>
+    <message>
+        <source>Lang_Peers</source>
+        <translation>Peers</translation>
+    </message>
+    <message>
+        <source>Lang_PeerAddress</source>
+        <translation>Address</translation>
+    </message>
+    <message>
+        <source>Lang_PeerSince</source>
+        <translation>Connected since</translation>
+    </message>
+    <message>
+        <source>Lang_PeerRx</source>
+        <translation>Received</translation>
+    </message>
+    <message>
+        <source>Lang_PeerTx</source>
+        <translation>Sent</translation>
+    </message>
+    <message>
+        <source>Lang_PeerLast</source>
+        <translation>Last activity</translation>
+    </message>
+    <message>
+        <source>Lang_DropPeer</source>
+        <translation>Drop</translation>
+    </message>
+    <message>
+        <source>Lang_NoPeers</source>
+        <translation>No peer connected</translation>
+    </message>
 </context>
 </TS>

@@ -20,6 +20,8 @@ quint32 GatewayModule::param(int addressId, const QByteArray &key, QByteArray *v
         *value = connectState() ? "true" : "false";
         return GW_OK;
     }
+    if (m_schema.access(key) == ParamSchema::Access::ReadOnly)
+        return statusParam(key, value);
     const auto it = m_values.constFind(key);
     if (it == m_values.cend())
         return GW_ERR_UNKNOWN_KEY;
@@ -59,6 +61,16 @@ quint32 GatewayModule::applyParams(int addressId, const ParamMap &changes)
         pending = pending || (isOpen() && key && key->integerValued());
     }
     return pending ? GW_ERR_PENDING_REOPEN : GW_OK;
+}
+
+quint32 GatewayModule::statusParam(const QByteArray &, QByteArray *) const
+{
+    return GW_ERR_UNKNOWN_KEY;
+}
+
+quint32 GatewayModule::runAction(const QByteArray &, const QByteArray &)
+{
+    return GW_ERR_NOT_SUPPORTED;
 }
 
 quint32 GatewayModule::addAddress(const QByteArray &, int, StoredAddress *)

@@ -39,6 +39,11 @@ public:
     virtual QList<quint16> reservedPorts() const { return {}; }
     // Reads what a device's peers sent while input was held.
     virtual void resumeInput() {}
+    // A read-only key of the schema ("Status", "Counters", ...).
+    virtual quint32 statusParam(const QByteArray &key, QByteArray *value) const;
+    // A write of an action key of the schema ("ResetCounters", "DropPeer"),
+    // already checked by the schema.
+    virtual quint32 runAction(const QByteArray &key, const QByteArray &value);
 
     // Addresses of fieldbus devices; stream devices have none.
     virtual QList<StoredAddress> addresses() const { return {}; }
@@ -51,6 +56,8 @@ public:
 
 signals:
     void eventRaised(int type, int moduleId);
+    // The device's state changed (an eGW_DEVICE_STATE).
+    void deviceStatusChanged(int moduleId, int state);
     void resultsReady(int moduleId, int addressId, const QList<QByteArray> &frames);
     void logLine(const QString &text);
 

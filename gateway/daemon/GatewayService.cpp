@@ -3,6 +3,7 @@
 #include "FieldbusModule.h"
 #include "GwErrorCodes.h"
 #include "GwFrame.h"
+#include "GwPlatform.h"
 #include "GwWireWriter.h"
 #include "StreamChannel.h"
 #include "StreamModule.h"
@@ -70,6 +71,7 @@ GatewayModule *GatewayService::createModule(const StoredModule &stored)
         ? static_cast<GatewayModule *>(new FieldbusModule(stored, *schema, this))
         : new StreamModule(stored, *schema, m_channels(stored.type, nullptr), this);
     connect(created, &GatewayModule::eventRaised, this, &GatewayService::onEvent);
+    connect(created, &GatewayModule::deviceStatusChanged, this, &GatewayService::onDeviceStatus);
     connect(created, &GatewayModule::resultsReady, this, &GatewayService::onResults);
     connect(created, &GatewayModule::logLine, this,
             [id = stored.id](const QString &text) { qInfo("module %d: %s", id, qPrintable(text)); });
@@ -173,16 +175,21 @@ quint32 GatewayService::setParams(int id, int addressId, const QList<QPair<QByte
     if (!found)
         return GW_ERR_UNKNOWN_MODULE;
     ParamMap changes;
+    ParamMap actions; // checked with the settings, run after them, never stored
     QByteArray connectState;
     for (const auto &pair : pairs) {
         if (pair.first == "ConnectState" && addressId == -1)
             connectState = pair.second;
+        else if (addressId == -1 && found->schema().access(pair.first) == ParamSchema::Access::Action)
+            actions.insert(pair.first, pair.second);
         else
             changes.insert(pair.first, pair.second);
     }
     if (!connectState.isEmpty() && connectState != "true" && connectState != "false")
         return GW_ERR_INVALID_VALUE;
     if (const quint32 rc = found->checkParams(addressId, changes))
+        return rc;
+    if (const quint32 rc = found->checkParams(addressId, actions))
         return rc;
     quint32 result = GW_OK;
     if (!changes.isEmpty()) {
@@ -192,6 +199,9 @@ quint32 GatewayService::setParams(int id, int addressId, const QList<QPair<QByte
     }
     if (!connectState.isEmpty())
         if (const quint32 rc = setConnectState(found, connectState))
+            return rc;
+    for (auto it = actions.cbegin(); it != actions.cend(); ++it)
+        if (const quint32 rc = found->runAction(it.key(), it.value()))
             return rc;
     return result;
 }
@@ -339,6 +349,16 @@ void GatewayService::onEvent(int type, int moduleId)
     const qint32 payload = moduleId;
     GwWireWriter writer(GwFrameKind::Event, 0);
     writer.i32(type).bytes(std::string_view(reinterpret_cast<const char *>(&payload), sizeof(payload)));
+    const std::string frame = writer.finish();
+    emit pushFrames(QByteArray(frame.data(), int(frame.size())));
+}
+
+void GatewayService::onDeviceStatus(int moduleId, int state)
+{
+    const qint32 payload[2] = {moduleId, state};
+    GwWireWriter writer(GwFrameKind::Event, 0);
+    writer.i32(GW_EVENT_DEVICE_STATUS)
+        .bytes(std::string_view(reinterpret_cast<const char *>(payload), sizeof(payload)));
     const std::string frame = writer.finish();
     emit pushFrames(QByteArray(frame.data(), int(frame.size())));
 }

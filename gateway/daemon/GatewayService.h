@@ -73,6 +73,7 @@ private:
     GatewayModule *createModule(const StoredModule &stored);
     quint32 setConnectState(GatewayModule *module, const QByteArray &value);
     void onEvent(int type, int moduleId);
+    void onDeviceStatus(int moduleId, int state);
     void onResults(int moduleId, int addressId, const QList<QByteArray> &frames);
 
     const ChannelFactory m_channels;

@@ -9,10 +9,22 @@ namespace {
 using K = ParamSchema::Kind;
 using Key = ParamSchema::Key;
 
-// Longest value a parameter record can carry (640-byte field with its NUL).
-constexpr int kMaxValueBytes = 639;
+constexpr int kMaxValueBytes = ParamSchema::kMaxValueBytes;
+using A = ParamSchema::Access;
 
 const QList<Key> kEndChar{{"EndChar", "\r\n", K::Text, 0, 8}};
+
+// What every stream device shows and does besides its settings. "Status" is
+// one of the state names of ChannelStatus, "StatusDetail" free text,
+// "Counters" ";"-separated name=value pairs, "Peers" one line per peer of a
+// TCP server. "ResetCounters" = "true" zeroes the counters; "DropPeer" =
+// "a.b.c.d:port" disconnects that peer of a TCP server.
+const QList<Key> kStatus{{"Status", "", K::Text, 0, 0, {}, A::ReadOnly},
+                         {"StatusDetail", "", K::Text, 0, 0, {}, A::ReadOnly},
+                         {"Counters", "", K::Text, 0, 0, {}, A::ReadOnly},
+                         {"Peers", "", K::Text, 0, 0, {}, A::ReadOnly},
+                         {"ResetCounters", "false", K::Bool, 0, 0, {}, A::Action}};
+const QList<Key> kDropPeer{{"DropPeer", "", K::Text, 0, 21, {}, A::Action}}; // "255.255.255.255:65535"
 
 QList<Key> tcpClientKeys()
 {
@@ -20,7 +32,7 @@ QList<Key> tcpClientKeys()
                       {"TargetPort", "8000", K::Port, 1, 65535},
                       {"ReconnectInterval", "3000", K::Integer, 100, 600000},
                       {"AutoReconnect", "true", K::Bool}}
-        + kEndChar;
+        + kEndChar + kStatus;
 }
 
 QList<Key> fieldbusCommon(const QByteArray &readDefault, const QByteArray &writeDefault)
@@ -40,13 +52,13 @@ const QMap<QByteArray, ParamSchema> &moduleSchemas()
          ParamSchema(QList<Key>{{"LocalIP", "0.0.0.0", K::LocalIp},
                                 {"LocalPort", "8000", K::Port, 1, 65535},
                                 {"MaxConnections", "8", K::Integer, 1, 64}}
-                     + kEndChar)},
+                     + kEndChar + kStatus + kDropPeer)},
         {"UdpModule",
          ParamSchema(QList<Key>{{"LocalIP", "0.0.0.0", K::LocalIp},
                                 {"LocalPort", "8001", K::Port, 1, 65535},
                                 {"TargetIP", "127.0.0.1", K::Ip},
                                 {"TargetPort", "8002", K::Port, 1, 65535}}
-                     + kEndChar)},
+                     + kEndChar + kStatus)},
         {"SerialModule",
          ParamSchema(QList<Key>{{"PortName", "", K::Text, 0, 255},
                                 {"BaudRate", "9600", K::Integer, 50, 4000000},
@@ -57,7 +69,7 @@ const QMap<QByteArray, ParamSchema> &moduleSchemas()
                                 {"StopBits", "1", K::Choice, 0, 0, {1, 2, 3}},
                                 // None, Hardware, Software
                                 {"FlowControl", "0", K::Choice, 0, 0, {0, 1, 2}}}
-                     + kEndChar)},
+                     + kEndChar + kStatus)},
         {"ProfinetModule",
          ParamSchema(QList<Key>{{"StationName", "lumora-vision", K::Text, 0, 240}}
                      + fieldbusCommon("ReadAddress;0;1439;0", "WriteAddress;0;1439;0"))},
@@ -171,6 +183,8 @@ quint32 ParamSchema::validate(const QByteArray &name, const QByteArray &value) c
     const Key *key = find(name);
     if (!key)
         return GW_ERR_UNKNOWN_KEY;
+    if (key->access == Access::ReadOnly)
+        return GW_ERR_NOT_SUPPORTED;
     if (value.size() > kMaxValueBytes)
         return GW_ERR_VALUE_TOO_LONG;
     return checkValue(*key, value);
@@ -180,8 +194,15 @@ QMap<QByteArray, QByteArray> ParamSchema::defaults() const
 {
     QMap<QByteArray, QByteArray> values;
     for (const Key &key : m_keys)
-        values.insert(key.name, key.defaultValue);
+        if (key.access == Access::Stored)
+            values.insert(key.name, key.defaultValue);
     return values;
+}
+
+ParamSchema::Access ParamSchema::access(const QByteArray &name) const
+{
+    const Key *key = find(name);
+    return key ? key->access : Access::Stored;
 }
 
 bool ParamSchema::parseConstraints(const QByteArray &text, int *min, int *max, int *first)

@@ -12,6 +12,10 @@ class ParamSchema
 {
 public:
     enum class Kind { Integer, Port, Ip, LocalIp, Bool, Text, Choice, Constraints };
+    // Stored: a setting, kept in the database. ReadOnly: shown by the
+    // device (its state, counters, peers); writing it is refused. Action: a
+    // write makes the device do something and nothing is stored.
+    enum class Access { Stored, ReadOnly, Action };
 
     struct Key {
         QByteArray name;
@@ -20,6 +24,7 @@ public:
         int min = 0;          // Integer; Text/bytes: unused
         int max = 0;          // Integer upper bound; Text: maximum length in bytes
         QList<int> choices{}; // Choice
+        Access access = Access::Stored;
         bool integerValued() const { return kind == Kind::Integer || kind == Kind::Port || kind == Kind::Choice; }
     };
 
@@ -29,10 +34,17 @@ public:
     static const ParamSchema *forAddressOf(const QByteArray &type);
 
     const Key *find(const QByteArray &name) const;
+    // Longest value a parameter record can carry (640-byte field with its
+    // NUL): also the most a read-only value such as "Peers" shows.
+    static constexpr int kMaxValueBytes = 639;
+
     // GW_OK, or GW_ERR_UNKNOWN_KEY / GW_ERR_INVALID_VALUE / GW_ERR_INVALID_PORT
-    // / GW_ERR_INVALID_IP / GW_ERR_VALUE_TOO_LONG.
+    // / GW_ERR_INVALID_IP / GW_ERR_VALUE_TOO_LONG, or GW_ERR_NOT_SUPPORTED for
+    // a read-only key.
     quint32 validate(const QByteArray &name, const QByteArray &value) const;
+    // The stored keys with their defaults.
     QMap<QByteArray, QByteArray> defaults() const;
+    Access access(const QByteArray &name) const;
     const QList<Key> &keys() const { return m_keys; }
 
     // Parses "label;min;max;default" into its three numbers.

@@ -2,6 +2,8 @@
 
 #include "GwErrorCodes.h"
 #include "GwPlatform.h"
+#include "ChannelStatus.h"
+#include "ParamSchema.h"
 #include "StreamChannel.h"
 
 StreamModule::StreamModule(const StoredModule &stored, const ParamSchema &schema, StreamChannel *channel,
@@ -16,6 +18,8 @@ StreamModule::StreamModule(const StoredModule &stored, const ParamSchema &schema
             Qt::QueuedConnection);
     connect(m_channel, &StreamChannel::linkDown, this,
             [this, moduleId] { emit eventRaised(GW_EVENT_DISCONNECTED, moduleId); }, Qt::QueuedConnection);
+    connect(m_channel, &StreamChannel::statusChanged, this,
+            [this, moduleId](int state) { emit deviceStatusChanged(moduleId, state); }, Qt::QueuedConnection);
     connect(m_channel, &StreamChannel::framesReceived, this,
             [this, moduleId](const QList<QByteArray> &frames) {
                 emit resultsReady(moduleId, -1, frames);
@@ -78,6 +82,42 @@ void StreamModule::resumeInput()
 {
     if (m_channel)
         m_channel->resumeInput();
+}
+
+quint32 StreamModule::statusParam(const QByteArray &key, QByteArray *value) const
+{
+    ChannelStatus *status = m_channel ? m_channel->status() : nullptr;
+    if (!status) {
+        // A device that keeps no status shows only whether it is open.
+        *value = key == "Status" ? ChannelStatus::stateName(isOpen() ? GW_DEVICE_CONNECTED : GW_DEVICE_CLOSED)
+                                 : QByteArray();
+        return GW_OK;
+    }
+    if (key == "Status")
+        *value = ChannelStatus::stateName(status->state());
+    else if (key == "StatusDetail")
+        *value = status->detail().toUtf8().left(ParamSchema::kMaxValueBytes);
+    else if (key == "Counters")
+        *value = status->countersText();
+    else if (key == "Peers")
+        *value = status->peersText(ParamSchema::kMaxValueBytes);
+    else
+        return GW_ERR_UNKNOWN_KEY;
+    return GW_OK;
+}
+
+quint32 StreamModule::runAction(const QByteArray &key, const QByteArray &value)
+{
+    if (!m_channel)
+        return GW_ERR_NOT_SUPPORTED;
+    if (key == "ResetCounters") {
+        if (value.compare("true", Qt::CaseInsensitive) == 0 && m_channel->status())
+            m_channel->status()->resetCounters();
+        return GW_OK;
+    }
+    if (key == "DropPeer")
+        return m_channel->dropPeer(QString::fromLatin1(value));
+    return GW_ERR_NOT_SUPPORTED;
 }
 
 QList<quint16> StreamModule::reservedPorts() const

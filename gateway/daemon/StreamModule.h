@@ -25,6 +25,8 @@ public:
     quint32 writeValues(int addressId, int count, const QByteArray &text, bool isFloat) override;
     QList<quint16> reservedPorts() const override;
     void resumeInput() override;
+    quint32 statusParam(const QByteArray &key, QByteArray *value) const override;
+    quint32 runAction(const QByteArray &key, const QByteArray &value) override;
 
 private:
     StreamChannel *m_channel = nullptr;

@@ -44,8 +44,25 @@ typedef enum eGW_EVENT_TYPE {
     GW_EVENT_GATEWAY_LOST = 4,
     GW_EVENT_GATEWAY_RECONNECTING = 5,
     GW_EVENT_GATEWAY_RESTORED = 6,
+    /* A stream device's state changed. Payload: the module id (int32), then
+     * the new state (int32, an eGW_DEVICE_STATE). The detail text, counters
+     * and peers are read as the module parameters "StatusDetail",
+     * "Counters" and "Peers". */
+    GW_EVENT_DEVICE_STATUS = 7,
     GW_EVENT_FORCE_32BIT = 0x7fffffff
 } eGW_EVENT_TYPE;
+
+/* State of a stream device, as pushed by GW_EVENT_DEVICE_STATUS and read
+ * (by name) as the module parameter "Status". */
+typedef enum eGW_DEVICE_STATE {
+    GW_DEVICE_CLOSED = 0,       /* "Closed": switched off */
+    GW_DEVICE_OPENING = 1,      /* "Opening": first connection attempt under way */
+    GW_DEVICE_CONNECTED = 2,    /* "Connected": connected, port open, or peers connected */
+    GW_DEVICE_LISTENING = 3,    /* "Listening": server or UDP socket waiting for peers */
+    GW_DEVICE_RECONNECTING = 4, /* "Reconnecting": connection failed or lost, retrying */
+    GW_DEVICE_PORT_MISSING = 5, /* "PortMissing": serial port gone, reopened when it returns */
+    GW_DEVICE_ERROR = 6         /* "Error": failed and closed; the detail says why */
+} eGW_DEVICE_STATE;
 
 /* ---- Records ----------------------------------------------------------- */
 #define GW_PARAM_MAX_ENTRIES 128

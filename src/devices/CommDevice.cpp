@@ -47,7 +47,7 @@ void trimForAppend(QStringList &list)
 } // namespace
 
 CommDevice::CommDevice(QObject *parent)
-    : QObject(parent)
+    : CommDevice(QString(), parent)
 {
 }
 
@@ -55,6 +55,10 @@ CommDevice::CommDevice(const QString &deviceType, QObject *parent)
     : QObject(parent)
     , m_deviceType(deviceType)
 {
+    m_status.setModule(m_deviceID, m_deviceType);
+    connect(&m_status, &DeviceStatus::stateChanged, this, &CommDevice::statusChanged);
+    connect(&m_status, &DeviceStatus::countersChanged, this, &CommDevice::countersChanged);
+    connect(&m_status, &DeviceStatus::peersChanged, this, &CommDevice::peersChanged);
 }
 
 CommDevice::~CommDevice() = default;
@@ -84,6 +88,7 @@ int CommDevice::deviceID() const
 void CommDevice::setDeviceID(int id)
 {
     m_deviceID = id;
+    m_status.setModule(m_deviceID, m_deviceType);
     for (BaseItemProxy *item : qAsConst(m_items))
         if (item)
             item->setDeviceID(id);
@@ -111,7 +116,9 @@ QString CommDevice::deviceType() const
 void CommDevice::setDeviceType(QString devType)
 {
     m_deviceType = devType;
+    m_status.setModule(m_deviceID, m_deviceType);
     emit deviceTypeChanged();
+    emit statusChanged(); // hasStatus follows the type
 }
 
 QString CommDevice::deviceName() const
@@ -154,7 +161,44 @@ int CommDevice::GwSetConnectState(bool value)
 void CommDevice::updateConState(bool state)
 {
     m_connectState = state;
+    m_status.followSwitch(state);
     emit connectStateChanged();
+}
+
+void CommDevice::updateStatus(int stateCode)
+{
+    if (m_status.hasStatus())
+        m_status.applyStateCode(stateCode);
+}
+
+void CommDevice::GwGetStatus()
+{
+    m_status.readState();
+}
+
+void CommDevice::refreshCounters()
+{
+    m_status.readCounters();
+}
+
+void CommDevice::resetCounters()
+{
+    if (const quint32 rc = m_status.resetCounters())
+        emit messageBox(MessageBoxType::Error, errorCodeText(int(rc)));
+}
+
+void CommDevice::dropPeer(const QString &address)
+{
+    if (const quint32 rc = m_status.dropPeer(address))
+        emit messageBox(MessageBoxType::Error, errorCodeText(int(rc)));
+}
+
+void CommDevice::setSendOutcome(quint32 code, int bytes)
+{
+    m_sendFailed = code != GW_OK;
+    m_sendOutcome = m_sendFailed ? errorCodeText(int(code))
+                                 : lumoraTr(QStringLiteral("Lang_SentBytes")).arg(bytes);
+    emit sendOutcomeChanged();
 }
 
 void CommDevice::AddDeviceItem(BaseItemProxy *item)

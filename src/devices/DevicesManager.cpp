@@ -124,6 +124,7 @@ void DevicesManager::loadModule(const GW_MODULE_INFO &info, const CommLogSite &s
     device->setDeviceType(type);
     device->getModuleParams();
     device->GwGetConnectState();
+    device->GwGetStatus();
     Lock lock(m_listMutex);
     m_devices.append(device);
 }
@@ -386,6 +387,10 @@ int DevicesManager::gwSendData(int nModuleId, QString msg, int nAddressId, int d
     }
     if (rc != GW_OK)
         COMM_LOG(CommLogInfo, "%s failed, moduid=%d, addressId=%d, error=%x", call, nModuleId, nAddressId, rc);
+    // Shown under the send field of a stream device; a fieldbus address
+    // test shows its own outcome.
+    if (CommDevice *target = getDeviceById(nModuleId); target && nAddressId == -1)
+        target->setSendOutcome(rc, text.size());
     return int(rc);
 }
 
@@ -393,6 +398,10 @@ void DevicesManager::HandleGWEvent(eGW_EVENT_TYPE eEventType, QSharedPointer<cha
 {
     if (m_gatewayStatus.handleEvent(eEventType, spData.data(), spData ? nDataLen : 0)) {
         handleGatewayEvent(eEventType);
+        return;
+    }
+    if (eEventType == GW_EVENT_DEVICE_STATUS) {
+        handleStatusEvent(spData, nDataLen);
         return;
     }
     if (eEventType != GW_EVENT_CONNECTED && eEventType != GW_EVENT_DISCONNECTED)
@@ -425,7 +434,25 @@ void DevicesManager::handleGatewayEvent(eGW_EVENT_TYPE type)
     for (CommDevice *device : commDeviceList()) {
         device->updateConState(false);
         device->setItemsEnable(false);
+        device->updateStatus(GW_DEVICE_CLOSED); // nothing runs while the gateway is away
     }
+}
+
+// Payload: module id, then the state code (int32 each).
+void DevicesManager::handleStatusEvent(const QSharedPointer<char> &spData, int nDataLen)
+{
+    if (!spData || nDataLen < int(2 * sizeof(qint32))) {
+        COMM_LOG(CommLogInfo, "HandleGWEvent failed, status payload of %d bytes", nDataLen);
+        return;
+    }
+    qint32 fields[2] = {};
+    std::memcpy(fields, spData.data(), sizeof(fields));
+    CommDevice *device = getDeviceById(fields[0]);
+    if (!device) {
+        COMM_LOG(CommLogInfo, "HandleGWEvent failed, getDeviceById null");
+        return;
+    }
+    device->updateStatus(fields[1]);
 }
 
 void DevicesManager::HandleGWResult(int nModuleId, int nAddressId, void *pRstData, int nRstDataLen)

@@ -97,6 +97,7 @@ public slots:
     void HandleGWResult(int nModuleId, int nAddressId, void *pRstData, int nRstDataLen);
 
 private:
+    void handleStatusEvent(const QSharedPointer<char> &spData, int nDataLen);
     DevicesManager();
     // The first device with that id; the caller holds m_listMutex.
     CommDevice *findLocked(int id) const;

@@ -219,10 +219,16 @@ void tst_PageE2E::portAndSwitch_serverAcceptsPeer()
     QVERIFY(click(toggle));
     QTRY_VERIFY(device()->connectState());
     QVERIFY(toggle->property("switchStatus").toBool());
+    // The gateway's status events reach the word beside the switch.
+    QQuickItem *word = findItem(deviceRow(), QStringLiteral("statusWord"));
+    QVERIFY(word);
+    QTRY_COMPARE(word->property("text").toString(), QStringLiteral("Listening"));
 
     m_peer.connectToHost(QHostAddress::LocalHost, port);
     QVERIFY2(m_peer.waitForConnected(3000), qPrintable(m_peer.errorString()));
     m_devicePort = port;
+    QTRY_COMPARE(word->property("text").toString(), QStringLiteral("Connected"));
+    QTRY_VERIFY(device()->statusDetail().contains(QLatin1String("1 of")));
 }
 
 void tst_PageE2E::received_textAndHexForms_data()
@@ -282,6 +288,7 @@ void tst_PageE2E::send_typedTextAndHexReachThePeer()
     QVERIFY(click(find(QStringLiteral("sendButton"))));
     QByteArray got;
     QTRY_VERIFY2((got += m_peer.readAll()).contains("TRIGGER 7"), got.constData());
+    QCOMPARE(find(QStringLiteral("sendOutcome"))->property("text").toString(), QStringLiteral("Sent 9 bytes"));
 
     manager()->sendDataNormalDevice()->setHexEnable(true);
     QCOMPARE(manager()->gwSendData(device()->deviceID(), QStringLiteral("53 54 4F 50 0")), 0); // odd last digit dropped
@@ -321,6 +328,8 @@ void tst_PageE2E::tcpClientDevice_lostConnection_turnsSwitchOff()
     QTRY_VERIFY(!device->connectState());
     QCOMPARE(device->GwGetConnectState(), 0);
     QVERIFY(!device->connectState());
+    QTRY_COMPARE(device->status(), QStringLiteral("Closed"));
+    QVERIFY2(device->statusDetail().contains(QLatin1String("lost")), qPrintable(device->statusDetail()));
 }
 
 // kill -9 of the gateway while a peer streams into "Line 1": the banner

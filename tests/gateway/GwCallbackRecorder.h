@@ -29,6 +29,17 @@ public:
         std::lock_guard<std::mutex> lock(m_mutex);
         m_results.clear();
         m_events.clear();
+        m_states.clear();
+    }
+    // The states pushed for one module (GW_EVENT_DEVICE_STATUS), in order.
+    QList<int> states(int moduleId) const
+    {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        QList<int> list;
+        for (const auto &pair : m_states)
+            if (pair.first == moduleId)
+                list.append(pair.second);
+        return list;
     }
     QList<Result> results() const
     {
@@ -72,13 +83,19 @@ private:
         qint32 moduleId = -1;
         if (length >= 4)
             std::memcpy(&moduleId, data, sizeof(moduleId));
+        qint32 state = -1;
+        if (type == GW_EVENT_DEVICE_STATUS && length >= 8)
+            std::memcpy(&state, static_cast<const char *>(data) + 4, sizeof(state));
         auto *me = static_cast<GwCallbackRecorder *>(self);
         std::lock_guard<std::mutex> lock(me->m_mutex);
         me->m_events.append(qMakePair(int(type), int(moduleId)));
+        if (type == GW_EVENT_DEVICE_STATUS)
+            me->m_states.append(qMakePair(int(moduleId), int(state)));
         return 0;
     }
 
     mutable std::mutex m_mutex;
     QList<Result> m_results;
     QList<QPair<int, int>> m_events; // event type, module id
+    QList<QPair<int, int>> m_states; // module id, device state
 };

@@ -13,6 +13,7 @@
 #include <QString>
 #include <QVariantMap>
 #include <QXmlStreamReader>
+#include <cstring>
 
 class QmlTestGateway : public QObject
 {
@@ -55,6 +56,14 @@ public:
         gw().setAddressData(moduleId, addressId, text.toUtf8());
     }
     Q_INVOKABLE void loadDevices() { DevicesManager::Instance()->LoadDevices(); }
+    // The gateway's status event of a device, as it arrives on the GUI thread.
+    Q_INVOKABLE void pushStatus(int id, int state)
+    {
+        QSharedPointer<char> payload(new char[8], [](char *p) { delete[] p; });
+        const qint32 fields[2] = {id, state};
+        std::memcpy(payload.data(), fields, sizeof(fields));
+        DevicesManager::Instance()->HandleGWEvent(GW_EVENT_DEVICE_STATUS, payload, 8);
+    }
     // Every call of `function` answers code (codes above 2^31 come as doubles).
     Q_INVOKABLE void answer(const QString &function, double code) { gw().answer(function, quint32(code)); }
     Q_INVOKABLE void answerKey(const QString &function, const QString &key, double code)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ChannelStatus.h"
+
 #include <atomic>
 #include <cstdint>
 
@@ -14,4 +16,5 @@ struct ChannelState {
     std::atomic<int64_t> inFlightBytes{0};  // emitted as frames, not yet taken by the consumer
     std::atomic<bool> readingHeld{false};   // the worker left bytes unread until it is resumed
     std::atomic<uint32_t> reservedPort{0};  // local port held while open, 0 if none
+    ChannelStatus status;                   // state, counters and peers shown to the operator
 };

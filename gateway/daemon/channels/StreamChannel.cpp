@@ -1,5 +1,6 @@
 #include "StreamChannel.h"
 
+#include "GwErrorCodes.h"
 #include "SerialChannel.h"
 #include "TcpClientChannel.h"
 #include "TcpServerChannel.h"
@@ -42,6 +43,11 @@ void StreamChannel::holdAllInput(bool hold)
 bool StreamChannel::allInputHeld()
 {
     return g_inputHeld;
+}
+
+quint32 StreamChannel::dropPeer(const QString &)
+{
+    return GW_ERR_NOT_SUPPORTED;
 }
 
 qint64 StreamChannel::bytesOf(const QList<QByteArray> &frames)

@@ -6,6 +6,8 @@
 #include <QObject>
 #include <QString>
 
+class ChannelStatus;
+
 // A stream device of the gateway: TCP client, TCP server, UDP or serial port.
 // Each channel runs its sockets or port on a worker object in its own thread;
 // the methods below may be called from any thread and never wait on a peer.
@@ -59,6 +61,13 @@ public:
     virtual QList<quint16> reservedPorts() const = 0;
     // Frames lost because the bounded frame size was exceeded.
     virtual quint64 droppedFrames() const = 0;
+    // State, counters and peers, readable from any thread; nullptr for a
+    // device that keeps none.
+    virtual ChannelStatus *status() { return nullptr; }
+    // Disconnects one peer of a server ("a.b.c.d:port"). Waits for the
+    // worker, never for a peer. GW_OK, GW_ERR_INVALID_VALUE when no such
+    // peer is connected, GW_ERR_NOT_SUPPORTED for a device without peers.
+    virtual quint32 dropPeer(const QString &address);
 
     // Flow control. A channel stops reading from its peers while more than
     // kMaxInFlightBytes of its frames wait for the consumer, or while input
@@ -78,6 +87,8 @@ signals:
     // Emitted from the worker thread; connect with a queued connection.
     void linkUp();
     void linkDown();
+    // The device's state changed (an eGW_DEVICE_STATE).
+    void statusChanged(int state);
     // Every frame of one read, in order, each cut after the end sequence.
     void framesReceived(const QList<QByteArray> &frames);
     // A line for the gateway's log (refused peers, dropped frames, errors).

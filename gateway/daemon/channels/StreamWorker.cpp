@@ -1,5 +1,7 @@
 #include "StreamWorker.h"
 
+#include "GwErrorCodes.h"
+
 #include <QIODevice>
 
 bool StreamWorker::mayRead()
@@ -18,10 +20,24 @@ bool StreamWorker::mayRead()
     return true;
 }
 
-void StreamWorker::take(QIODevice *device, FrameSplitter &splitter)
+quint32 StreamWorker::dropPeer(const QString &)
 {
-    if (mayRead())
-        deliver(splitter, device->readAll());
+    return GW_ERR_NOT_SUPPORTED;
+}
+
+void StreamWorker::setStatus(eGW_DEVICE_STATE newState, const QString &detail)
+{
+    if (status().setState(newState, detail))
+        emit statusChanged(int(newState));
+}
+
+qint64 StreamWorker::take(QIODevice *device, FrameSplitter &splitter)
+{
+    if (!mayRead())
+        return 0;
+    const QByteArray bytes = device->readAll();
+    deliver(splitter, bytes);
+    return bytes.size();
 }
 
 void StreamWorker::deliver(FrameSplitter &splitter, const QByteArray &bytes)
@@ -36,13 +52,16 @@ void StreamWorker::emitFrames(const QList<QByteArray> &frames)
     if (frames.isEmpty())
         return;
     m_state->inFlightBytes += StreamChannel::bytesOf(frames);
+    status().addFrames(frames.size());
     emit framesReceived(frames);
 }
 
 void StreamWorker::split(FrameSplitter &splitter, const QByteArray &bytes, QList<QByteArray> &frames)
 {
+    status().addReceived(bytes.size());
     if (const int dropped = splitter.feed(bytes.constData(), bytes.size(), frames)) {
         const uint64_t total = (m_state->droppedFrames += uint64_t(dropped));
+        status().addDropped(dropped);
         emit logLine(QStringLiteral("frame longer than %1 bytes without its end sequence dropped (%2 so far)")
                          .arg(splitter.maxFrame())
                          .arg(total));

@@ -23,6 +23,8 @@ public:
     // Reads what its peers sent while reading was held (see flow control in
     // StreamChannel).
     virtual void readPending() = 0;
+    // See StreamChannel::dropPeer.
+    virtual quint32 dropPeer(const QString &address);
 
     // What a socket or port buffers on our side; beyond it the bytes stay in
     // the kernel while reading is held.
@@ -31,14 +33,20 @@ public:
 signals:
     void linkUp();
     void linkDown();
+    void statusChanged(int state);
     void framesReceived(const QList<QByteArray> &frames);
     void logLine(const QString &text);
 
 protected:
     ChannelState &state() { return *m_state; }
+    ChannelStatus &status() { return m_state->status; }
+    // Sets state and detail; announces a change of state.
+    void setStatus(eGW_DEVICE_STATE newState, const QString &detail);
+    // Counts one write of `bytes` handed to the device.
+    void countSent(qint64 bytes) { status().addSent(bytes); }
     // Reads what `device` has and delivers it, unless reading is held: then
-    // the bytes wait until readPending().
-    void take(QIODevice *device, FrameSplitter &splitter);
+    // the bytes wait until readPending(). Returns the bytes read.
+    qint64 take(QIODevice *device, FrameSplitter &splitter);
     // False (and the hold noted) while the consumer is behind.
     bool mayRead();
     // Splits received bytes and emits their frames in one signal.

@@ -3,6 +3,7 @@
 #include "GwErrorCodes.h"
 #include "ParamReader.h"
 
+#include <QDateTime>
 #include <QTcpSocket>
 #include <QTimer>
 
@@ -27,8 +28,11 @@ quint32 TcpClientWorker::open(const StreamChannel::Params &params)
     createSocket();
     m_retry->setInterval(interval);
     m_established = false;
+    m_hadConnection = false;
+    m_failedAttempts = 0;
     state().open = true;
     state().connectState = true; // trying: the switch stays on until a lost connection
+    setStatus(GW_DEVICE_OPENING, targetText());
     connectNow();
     m_retry->start();
     return GW_OK;
@@ -41,6 +45,7 @@ void TcpClientWorker::createSocket()
     m_socket = new QTcpSocket(this);
     connect(m_socket, &QTcpSocket::connected, this, &TcpClientWorker::onConnected);
     connect(m_socket, &QTcpSocket::disconnected, this, &TcpClientWorker::onDisconnected);
+    connect(m_socket, &QTcpSocket::errorOccurred, this, &TcpClientWorker::onError);
     m_socket->setReadBufferSize(kReadBufferSize);
     connect(m_socket, &QTcpSocket::readyRead, this, &TcpClientWorker::readPending);
     connect(m_socket, &QTcpSocket::bytesWritten, this, &TcpClientWorker::updateBacklog);
@@ -66,6 +71,12 @@ void TcpClientWorker::retry()
     case QAbstractSocket::ConnectingState:
         if (m_attempt.elapsed() >= qMax(kConnectTimeoutMs, m_retry->interval())) {
             m_socket->abort();
+            ++m_failedAttempts;
+            status().addError();
+            setStatus(GW_DEVICE_RECONNECTING, QStringLiteral("%1, attempt %2 timed out; next try at %3")
+                                                   .arg(targetText())
+                                                   .arg(m_failedAttempts)
+                                                   .arg(nextTryText()));
             connectNow();
         }
         break;
@@ -87,8 +98,13 @@ void TcpClientWorker::onConnected()
     m_retry->stop();
     m_socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     m_established = true;
+    if (m_hadConnection)
+        status().addReconnect(); // back after a lost connection
+    m_hadConnection = true;
+    m_failedAttempts = 0;
     state().canSend = true;
     state().connectState = true;
+    setStatus(GW_DEVICE_CONNECTED, targetText());
     emit linkUp();
 }
 
@@ -102,11 +118,41 @@ void TcpClientWorker::onDisconnected()
     state().connectState = false;
     m_splitter = FrameSplitter(m_endChar); // a half frame of the old connection is gone
     emit logLine(QStringLiteral("connection to %1:%2 lost").arg(m_target.toString()).arg(m_port));
-    emit linkDown();
-    if (m_autoReconnect)
+    const QString reason = m_socket->errorString();
+    if (m_autoReconnect) {
         m_retry->start();
-    else
+        setStatus(GW_DEVICE_RECONNECTING,
+                  QStringLiteral("%1 lost (%2); next try at %3").arg(targetText(), reason, nextTryText()));
+    } else {
         close();
+        status().setDetail(QStringLiteral("%1 lost (%2)").arg(targetText(), reason));
+    }
+    emit linkDown();
+}
+
+// A connection attempt that failed (refused, unreachable). Errors of an
+// established connection end in onDisconnected.
+void TcpClientWorker::onError()
+{
+    if (!state().open || m_established)
+        return;
+    ++m_failedAttempts;
+    status().addError();
+    setStatus(GW_DEVICE_RECONNECTING, QStringLiteral("%1, attempt %2 failed (%3); next try at %4")
+                                          .arg(targetText())
+                                          .arg(m_failedAttempts)
+                                          .arg(m_socket->errorString(), nextTryText()));
+}
+
+QString TcpClientWorker::targetText() const
+{
+    return QStringLiteral("%1:%2").arg(m_target.toString()).arg(m_port);
+}
+
+QString TcpClientWorker::nextTryText() const
+{
+    const int waitMs = m_retry && m_retry->isActive() ? m_retry->remainingTime() : m_retry ? m_retry->interval() : 0;
+    return QDateTime::currentDateTime().addMSecs(qMax(waitMs, 0)).toString(QStringLiteral("hh:mm:ss"));
 }
 
 void TcpClientWorker::close()
@@ -120,12 +166,16 @@ void TcpClientWorker::close()
     if (m_socket)
         m_socket->abort();
     state().socketBacklog = 0;
+    setStatus(GW_DEVICE_CLOSED, QString());
 }
 
 void TcpClientWorker::send(const QByteArray &bytes)
 {
     if (m_socket && m_socket->state() == QAbstractSocket::ConnectedState) {
-        m_socket->write(bytes);
+        if (m_socket->write(bytes) < 0)
+            status().addError();
+        else
+            countSent(bytes.size());
         updateBacklog();
     }
 }

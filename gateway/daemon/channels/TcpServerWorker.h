@@ -9,6 +9,8 @@ class QTcpSocket;
 
 // Listens on "LocalIP":"LocalPort" and serves up to "MaxConnections" peers;
 // each peer's stream is framed on its own. Sending goes to every peer.
+// State: "Listening" without peers, "Connected" with at least one; the
+// peers are published in the channel status.
 class TcpServerWorker : public StreamWorker
 {
     Q_OBJECT
@@ -19,15 +21,23 @@ public:
     void close() override;
     void send(const QByteArray &bytes) override;
     void readPending() override;
+    quint32 dropPeer(const QString &address) override;
 
 private:
     void onNewConnection();
     void onAcceptError();
     void dropPeer(QTcpSocket *peer);
     void updateBacklog();
+    void showPeerCount();
+
+    struct PeerEntry {
+        FrameSplitter splitter;
+        ChannelStatus::PeerPtr stats;
+    };
 
     QTcpServer *m_server = nullptr;
-    QHash<QTcpSocket *, FrameSplitter> m_peers;
+    QHash<QTcpSocket *, PeerEntry> m_peers;
+    QString m_listenText; // "a.b.c.d:port" while listening
     QByteArray m_endChar;
     int m_maxConnections = 1;
 };

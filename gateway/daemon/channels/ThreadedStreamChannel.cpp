@@ -18,6 +18,7 @@ ThreadedStreamChannel::ThreadedStreamChannel(const WorkerFactory &factory, QObje
     // Re-emitted on the worker thread, as the interface promises.
     connect(m_worker, &StreamWorker::linkUp, this, &StreamChannel::linkUp, Qt::DirectConnection);
     connect(m_worker, &StreamWorker::linkDown, this, &StreamChannel::linkDown, Qt::DirectConnection);
+    connect(m_worker, &StreamWorker::statusChanged, this, &StreamChannel::statusChanged, Qt::DirectConnection);
     connect(m_worker, &StreamWorker::framesReceived, this, &StreamChannel::framesReceived, Qt::DirectConnection);
     connect(m_worker, &StreamWorker::logLine, this, &StreamChannel::logLine, Qt::DirectConnection);
     // Both run in the new thread. Taking m_mutex there orders the creation
@@ -76,6 +77,7 @@ void ThreadedStreamChannel::serveRequests()
         QList<QByteArray> batch;
         Request request = Request::None;
         Params params;
+        QString dropAddress;
         bool resume = false;
         {
             std::lock_guard<std::mutex> lock(m_mutex);
@@ -84,6 +86,8 @@ void ThreadedStreamChannel::serveRequests()
             request = m_request;
             if (request == Request::Open)
                 params = m_openParams;
+            if (request == Request::DropPeer)
+                dropAddress = m_dropAddress;
             std::swap(resume, m_resumeWanted);
         }
         if (batch.isEmpty() && request == Request::None && !resume)
@@ -99,6 +103,8 @@ void ThreadedStreamChannel::serveRequests()
         quint32 rc = GW_OK;
         if (request == Request::Open)
             rc = m_worker->open(params);
+        else if (request == Request::DropPeer)
+            rc = m_worker->dropPeer(dropAddress);
         else
             m_worker->close();
         std::lock_guard<std::mutex> lock(m_mutex);
@@ -140,6 +146,20 @@ void ThreadedStreamChannel::close()
     std::lock_guard<std::mutex> call(m_callMutex);
     std::unique_lock<std::mutex> lock(m_mutex);
     callWorker(Request::Close, lock);
+}
+
+quint32 ThreadedStreamChannel::dropPeer(const QString &address)
+{
+    if (onWorkerThread())
+        return m_worker->dropPeer(address);
+    if (!m_thread.isRunning() || m_wakeFd < 0)
+        return GW_ERR_NOT_OPEN;
+    std::lock_guard<std::mutex> call(m_callMutex);
+    std::unique_lock<std::mutex> lock(m_mutex);
+    m_dropAddress = address;
+    callWorker(Request::DropPeer, lock);
+    m_dropAddress.clear();
+    return m_openResult;
 }
 
 void ThreadedStreamChannel::framesTaken(qint64 bytes)

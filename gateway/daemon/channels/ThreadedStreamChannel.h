@@ -41,6 +41,8 @@ public:
     quint32 write(const QByteArray &bytes) override;
     QList<quint16> reservedPorts() const override;
     quint64 droppedFrames() const override { return m_state->droppedFrames; }
+    ChannelStatus *status() override { return &m_state->status; }
+    quint32 dropPeer(const QString &address) override;
     void framesTaken(qint64 bytes) override;
     void resumeInput() override;
 
@@ -54,7 +56,7 @@ protected:
     }
 
 private:
-    enum class Request { None, Open, Close };
+    enum class Request { None, Open, Close, DropPeer };
 
     // Runs `request` on the worker thread and waits for it; m_mutex held.
     void callWorker(Request request, std::unique_lock<std::mutex> &lock);
@@ -78,5 +80,6 @@ private:
     bool m_threadReady = false;
     Request m_request = Request::None;
     Params m_openParams;
-    quint32 m_openResult = 0;
+    QString m_dropAddress;
+    quint32 m_openResult = 0; // also the result of a dropped peer
 };

@@ -21,6 +21,8 @@ quint32 UdpWorker::open(const StreamChannel::Params &params)
     if (!m_socket->bind(local, port, QAbstractSocket::DontShareAddress)) {
         const bool inUse = m_socket->error() == QAbstractSocket::AddressInUseError;
         emit logLine(QStringLiteral("cannot bind %1:%2: %3").arg(local.toString()).arg(port).arg(m_socket->errorString()));
+        status().addError();
+        setStatus(GW_DEVICE_ERROR, QStringLiteral("%1:%2: %3").arg(local.toString()).arg(port).arg(m_socket->errorString()));
         delete m_socket;
         m_socket = nullptr;
         return inUse ? GW_ERR_PORT_IN_USE : GW_ERR_OPEN_FAILED;
@@ -30,6 +32,11 @@ quint32 UdpWorker::open(const StreamChannel::Params &params)
     state().open = true;
     state().connectState = true;
     state().canSend = true;
+    setStatus(GW_DEVICE_LISTENING, QStringLiteral("%1:%2 to %3:%4")
+                                       .arg(local.toString())
+                                       .arg(port)
+                                       .arg(m_target.toString())
+                                       .arg(m_targetPort));
     emit linkUp();
     return GW_OK;
 }
@@ -59,15 +66,20 @@ void UdpWorker::close()
     state().reservedPort = 0;
     delete m_socket;
     m_socket = nullptr;
+    setStatus(GW_DEVICE_CLOSED, QString());
 }
 
 void UdpWorker::send(const QByteArray &bytes)
 {
     if (!m_socket)
         return;
-    if (m_socket->writeDatagram(bytes, m_target, m_targetPort) < 0)
+    if (m_socket->writeDatagram(bytes, m_target, m_targetPort) < 0) {
+        status().addError();
         emit logLine(QStringLiteral("datagram to %1:%2 not sent: %3")
                          .arg(m_target.toString())
                          .arg(m_targetPort)
                          .arg(m_socket->errorString()));
+    } else {
+        countSent(bytes.size());
+    }
 }

@@ -2,8 +2,9 @@ import QtQuick 2.15
 import QtQuick.Controls 2.15
 import comm.devicesManager 1.0
 
-// The device list: type and name of every device with its connect switch,
-// the "create" button and the right-click menu (rename, delete).
+// The device list: type and name of every device with its state and its
+// connect switch, the "create" button and the right-click menu (rename,
+// delete).
 Rectangle {
     id: root
     property int currentDeviceID: -1
@@ -100,7 +101,7 @@ Rectangle {
                 }
             }
             Column {
-                anchors { left: parent.left; leftMargin: 16; right: connectSwitch.left; rightMargin: 8; verticalCenter: parent.verticalCenter }
+                anchors { left: parent.left; leftMargin: 16; right: statusLabel.left; rightMargin: 8; verticalCenter: parent.verticalCenter }
                 spacing: 3
                 LmText {
                     objectName: "deviceType"
@@ -117,6 +118,12 @@ Rectangle {
                     font.pixelSize: Theme.fontHeading
                     text: row.device ? row.device.deviceName : ""
                 }
+            }
+            DeviceStatusLabel {
+                id: statusLabel
+                objectName: "deviceStatus"
+                anchors { right: connectSwitch.left; rightMargin: 8; verticalCenter: parent.verticalCenter }
+                device: row.device
             }
             LmSwitchButton {
                 id: connectSwitch

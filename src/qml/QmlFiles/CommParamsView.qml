@@ -3,13 +3,16 @@ import QtQuick.Controls 2.15
 import comm.devicesManager 1.0
 
 // The selected device: its parameter panel, the receive panel and, for
-// stream devices, the send panel.
+// stream devices, the status strip with the counters (and the peers of a
+// TCP server) and the send panel with the outcome of the last send.
 Rectangle {
     id: root
     property int currentDeviceID: -1
     property var currentDevice: null
     readonly property bool fieldbusDevice: currentDevice !== null && DevicesManager.checkPLCDevice(currentDevice.deviceID)
     readonly property var sendData: DevicesManager.sendDataNormalDevice
+    readonly property bool showsStatus: currentDevice !== null && currentDevice.hasStatus
+    readonly property bool showsPeers: showsStatus && currentDevice.deviceType === "TcpServerModule"
     property alias itemPanel: panel
     signal messageRequested(int type, string text)
 
@@ -57,15 +60,36 @@ Rectangle {
         // tables; stream devices give the receive panel what the items leave.
         height: root.fieldbusDevice
                 ? Math.max(120, root.height - paramsHeading.height - 220)
-                : Math.min(contentHeight, root.height - paramsHeading.height - 250 - sendPanel.height)
+                : Math.min(contentHeight, root.height - paramsHeading.height - 250 - sendPanel.height
+                           - statusPanel.height)
         visible: root.currentDevice !== null
         onItemMessage: root.messageRequested(type, text)
+    }
+    Column {
+        id: statusPanel
+        objectName: "statusPanel"
+        visible: root.showsStatus
+        anchors { left: parent.left; right: parent.right; top: panel.bottom; leftMargin: 16; rightMargin: 16 }
+        height: visible ? implicitHeight + 6 : 0
+        topPadding: 6
+        spacing: 6
+        DeviceStatusStrip {
+            objectName: "statusStrip"
+            width: parent.width
+            device: root.showsStatus ? root.currentDevice : null
+        }
+        PeerTable {
+            objectName: "peerTable"
+            visible: root.showsPeers
+            width: parent.width
+            device: root.showsPeers ? root.currentDevice : null
+        }
     }
     Item {
         id: recvPanel
         objectName: "recvPanel"
         visible: root.currentDevice !== null
-        anchors { left: parent.left; right: parent.right; top: panel.bottom; bottom: sendPanel.visible ? sendPanel.top : parent.bottom }
+        anchors { left: parent.left; right: parent.right; top: statusPanel.bottom; bottom: sendPanel.visible ? sendPanel.top : parent.bottom }
 
         SectionHeading {
             id: recvHeading
@@ -125,7 +149,7 @@ Rectangle {
         objectName: "sendPanel"
         visible: root.currentDevice !== null && !root.fieldbusDevice
         anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
-        height: visible ? 84 : 0
+        height: visible ? 100 : 0
 
         SectionHeading {
             id: sendHeading
@@ -172,6 +196,14 @@ Rectangle {
             anchors { right: sendClear.left; rightMargin: 10; verticalCenter: sendFrame.verticalCenter }
             text: DevicesManager.qsLMTr("send")
             onClicked: DevicesManager.gwSendData(root.currentDeviceID, sendField.text)
+        }
+        LmText {
+            objectName: "sendOutcome"
+            anchors { left: sendFrame.left; right: parent.right; top: sendFrame.bottom; topMargin: 3; rightMargin: 16 }
+            elide: Text.ElideRight
+            font.pixelSize: Theme.fontCaption
+            color: root.currentDevice && root.currentDevice.sendFailed ? Theme.statusFault : Theme.statusOk
+            text: root.currentDevice ? root.currentDevice.sendOutcome : ""
         }
         LmButton {
             id: sendClear

@@ -49,6 +49,22 @@ QtObject {
     readonly property color controlBorder: "#C3C9D1"
     readonly property color controlBorderFocus: accent
 
+    // A device's state by level (CommDevice.statusLevel), and the outcome of
+    // a send: working, on its way, failed, switched off.
+    readonly property color statusOk: "#2BA471"
+    readonly property color statusPending: "#E8A33D"
+    readonly property color statusFault: "#E5484D"
+    readonly property color statusOff: "#A0A8B3"
+    function statusColor(level) {
+        if (level === "ok")
+            return statusOk
+        if (level === "pending")
+            return statusPending
+        if (level === "fault")
+            return statusFault
+        return statusOff
+    }
+
     // Disabled controls fade: input boxes a little, buttons and switches more.
     readonly property real disabledBoxOpacity: 0.6
     readonly property real disabledButtonOpacity: 0.45

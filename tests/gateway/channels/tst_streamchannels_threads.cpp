@@ -1,6 +1,7 @@
 // A TCP server channel written to from several threads while its peer
 // streams in, then closed and destroyed. Run under ThreadSanitizer too.
 #include "ChannelProbe.h"
+#include "ChannelStatus.h"
 #include "GwErrorCodes.h"
 #include "StreamChannel.h"
 #include "../../devices/ThreadJoiner.h"
@@ -33,6 +34,7 @@ class tst_StreamChannelsThreads : public QObject
 private slots:
     void writeFromThreads_whilePeerStreams_data();
     void writeFromThreads_whilePeerStreams();
+    void statusReadFromThreads_whilePeersComeAndGo();
 };
 
 void tst_StreamChannelsThreads::writeFromThreads_whilePeerStreams_data()
@@ -107,6 +109,57 @@ void tst_StreamChannelsThreads::writeFromThreads_whilePeerStreams()
     QCOMPARE(channel->write(line(0, 0)), GW_ERR_NOT_OPEN);
     channel.reset();
     QTRY_COMPARE(peer.state(), QAbstractSocket::UnconnectedState);
+}
+
+// The gateway's main thread reads state, detail, counters and peers while
+// the worker counts, adds and removes peers and a peer is dropped on request;
+// readers on std::threads stand for it, so ThreadSanitizer sees every access.
+void tst_StreamChannelsThreads::statusReadFromThreads_whilePeersComeAndGo()
+{
+    const quint16 port = freeTcpPort();
+    std::unique_ptr<StreamChannel> channel(StreamChannel::create("TcpServerModule"));
+    ChannelProbe probe(channel.get());
+    QCOMPARE(channel->open(channelParams("TcpServerModule", {{"LocalIP", "127.0.0.1"},
+                                                             {"LocalPort", QByteArray::number(port)},
+                                                             {"EndChar", "\n"}})),
+             GW_OK);
+    ChannelStatus *status = channel->status();
+    QVERIFY(status);
+    std::atomic<bool> stop{false};
+    std::atomic<int> reads{0};
+    std::vector<std::thread> threads;
+    {
+        ThreadJoiner joiner{threads};
+        for (int r = 0; r < 2; ++r) {
+            threads.emplace_back([status, &stop, &reads] {
+                while (!stop) {
+                    const QByteArray text = status->countersText() + status->peersText(639)
+                        + status->detail().toUtf8() + ChannelStatus::stateName(status->state());
+                    if (!text.isEmpty())
+                        ++reads;
+                }
+            });
+        }
+        QTcpSocket first, second;
+        for (QTcpSocket *peer : {&first, &second}) {
+            peer->connectToHost(QHostAddress::LocalHost, port);
+            QVERIFY(peer->waitForConnected(5000));
+        }
+        QTRY_COMPARE(status->peerCount(), 2);
+        for (int i = 0; i < kPeerLines; ++i)
+            first.write(line(7, i));
+        QCOMPARE(channel->dropPeer(QStringLiteral("127.0.0.1:%1").arg(second.localPort())), GW_OK);
+        QCOMPARE(channel->write(line(0, 0)), GW_OK);
+        QTRY_COMPARE(probe.frames().size(), kPeerLines);
+        status->resetCounters();
+        first.disconnectFromHost();
+        QTRY_COMPARE(status->peerCount(), 0);
+        QTRY_VERIFY(reads > 0);
+        stop = true;
+    }
+    QCOMPARE(status->state(), GW_DEVICE_LISTENING);
+    channel->close();
+    QCOMPARE(status->state(), GW_DEVICE_CLOSED);
 }
 
 QTEST_GUILESS_MAIN(tst_StreamChannelsThreads)

@@ -365,6 +365,10 @@ void tst_PageE2E::gatewayKilledDuringStream_bannerAndSwitchesOff_thenReloaded()
                              10000);
     QTRY_VERIFY(deviceRow() && device()->connectState());
     QVERIFY(findItem(deviceRow(), QStringLiteral("connectSwitch"))->property("switchStatus").toBool());
+    // The selected device's parameters are those of the device read again.
+    QTRY_VERIFY(findItem(find(QStringLiteral("itemPanel")), QStringLiteral("itemLabel"), [](QQuickItem *text) {
+        return text->property("text").toString() == QLatin1String("Local Port");
+    }));
     QTcpSocket again;
     again.connectToHost(QHostAddress::LocalHost, m_devicePort);
     QVERIFY(again.waitForConnected(3000));

@@ -39,9 +39,16 @@ Rectangle {
 
     Connections {
         target: DevicesManager
-        // A deleted device takes its controls with it.
+        // A deleted device takes its controls with it; a list read again
+        // (after the gateway came back) has new device objects under the
+        // same ids, whose controls replace the old ones.
         function onCommDeviceListChanged() {
-            if (root.currentDevice && root.findDevice(root.currentDeviceID) === null) {
+            var device = root.findDevice(root.currentDeviceID)
+            if (device === root.currentDevice)
+                return
+            if (device) {
+                root.selectDevice(root.currentDeviceID)
+            } else {
                 panel.build([])
                 root.currentDevice = null
             }

@@ -1,5 +1,6 @@
 #include "AddressInfo.h"
 
+#include "CheckedLock.h"
 #include "RecvDataFormat.h"
 
 #include <QThread>
@@ -10,43 +11,12 @@
 namespace CommunicationControl {
 
 namespace {
-// The list lock's guard. The ThreadSanitizer control build of the thread test
-// (COMM_TSAN_CONTROL, never part of the module) swaps in a guard that locks
-// nothing, to prove that the test reports a history without the lock.
-#ifdef COMM_TSAN_CONTROL
-struct ListLockGuard {
-    explicit ListLockGuard(std::mutex &) {}
-};
-#else
-using ListLockGuard = std::lock_guard<std::mutex>;
-#endif
-
-// A copy that shares no list storage with the original, so that a later change
-// under the lock never detaches a buffer that a reader on another thread holds.
-QStringList detachedCopy(const QStringList &list)
-{
-    QStringList copy;
-    copy.reserve(list.size());
-    for (const QString &entry : list)
-        copy.append(entry);
-    return copy;
-}
-
-// A text that shares no buffer with the original: the data text is replaced
-// under the lock on any thread, and a buffer shared with a caller's string
-// would be released outside it.
-QString deepCopy(const QString &text)
-{
-    return QString(text.constData(), text.size());
-}
-
 void appendBounded(QStringList &list, QString entry)
 {
     if (list.size() >= AddressInfo::kMaxHistory)
         list.removeFirst();
     list.append(std::move(entry));
 }
-
 } // namespace
 
 void AddressInfo::registerTypes()
@@ -71,7 +41,7 @@ AddressInfo::AddressInfo(QObject *parent, int factor)
         m_pendingAnnounce->setSingleShot(true);
         connect(m_pendingAnnounce, &QTimer::timeout, this, [this] {
             {
-                ListLockGuard lock(m_listLock);
+                CheckedLockGuard lock(m_listLock);
                 m_recvTimer.restart();
             }
             announceLists();
@@ -143,19 +113,19 @@ void AddressInfo::setFixedAddress(const QString &text)
 
 QString AddressInfo::data() const
 {
-    ListLockGuard lock(m_listLock);
+    CheckedLockGuard lock(m_listLock);
     return deepCopy(m_data);
 }
 
 QStringList AddressInfo::dataList() const
 {
-    ListLockGuard lock(m_listLock);
+    CheckedLockGuard lock(m_listLock);
     return detachedCopy(m_dataList);
 }
 
 QStringList AddressInfo::hexDataList() const
 {
-    ListLockGuard lock(m_listLock);
+    CheckedLockGuard lock(m_listLock);
     return detachedCopy(m_hexDataList);
 }
 
@@ -182,12 +152,12 @@ void AddressInfo::UpdateData(const QByteArray &bytes)
     bool announce = false;
     QString shown = deepCopy(text);
     {
-        ListLockGuard lock(m_listLock);
+        CheckedLockGuard lock(m_listLock);
         m_data.swap(shown);
     }
     emit dataChanged();
     {
-        ListLockGuard lock(m_listLock);
+        CheckedLockGuard lock(m_listLock);
         appendBounded(m_dataList, std::move(textEntry));
         appendBounded(m_hexDataList, std::move(hexEntry));
         if (m_recvTimer.elapsed() > kNotifyIntervalMs) {
@@ -208,7 +178,7 @@ void AddressInfo::UpdateData(const QString &text)
 {
     QString shown = deepCopy(text);
     {
-        ListLockGuard lock(m_listLock);
+        CheckedLockGuard lock(m_listLock);
         m_data.swap(shown);
     }
     emit dataChanged();
@@ -217,7 +187,7 @@ void AddressInfo::UpdateData(const QString &text)
 void AddressInfo::clearDataList()
 {
     {
-        ListLockGuard lock(m_listLock);
+        CheckedLockGuard lock(m_listLock);
         m_dataList.clear();
         m_hexDataList.clear();
     }

@@ -1,6 +1,7 @@
 #include "CommDevice.h"
 
 #include "BaseItemProxy.h"
+#include "CheckedLock.h"
 #include "CommLog.h"
 #include "ErrorCodeText.h"
 #include "GwParamRecord.h"
@@ -14,29 +15,6 @@ namespace {
 constexpr int kRefreshIntervalMs = 300;
 constexpr int kMaxRecvEntries = 200;
 const QByteArray kConnectStateKey = QByteArrayLiteral("ConnectState");
-
-// The receive lock's guard. The ThreadSanitizer control build of the thread
-// test (COMM_TSAN_CONTROL, never part of the module) swaps in a guard that
-// locks nothing, to prove that the test reports a receive path without the lock.
-#ifdef COMM_TSAN_CONTROL
-struct RecvLockGuard {
-    explicit RecvLockGuard(std::mutex &) {}
-};
-#else
-using RecvLockGuard = std::lock_guard<std::mutex>;
-#endif
-
-// A copy that shares no list storage with the original: the receive lists are
-// changed on gateway threads, and a shared list buffer would be detached inside
-// Qt, where ThreadSanitizer cannot see the reference count that orders it.
-QStringList detachedCopy(const QStringList &list)
-{
-    QStringList copy;
-    copy.reserve(list.size());
-    for (const QString &entry : list)
-        copy.append(entry);
-    return copy;
-}
 
 // Drops the oldest entry once the list holds the maximum, making room for one.
 void trimForAppend(QStringList &list)
@@ -230,20 +208,20 @@ void CommDevice::getModuleParams()
 
 QStringList CommDevice::recvDataList() const
 {
-    RecvLockGuard lock(m_recvLock);
+    CheckedLockGuard lock(m_recvLock);
     return detachedCopy(m_recvDataList);
 }
 
 QStringList CommDevice::recvHexDataList() const
 {
-    RecvLockGuard lock(m_recvLock);
+    CheckedLockGuard lock(m_recvLock);
     return detachedCopy(m_recvHexDataList);
 }
 
 void CommDevice::setRecvDataList(const QStringList &list)
 {
     {
-        RecvLockGuard lock(m_recvLock);
+        CheckedLockGuard lock(m_recvLock);
         if (list == m_recvDataList)
             return;
         m_recvDataList = detachedCopy(list);
@@ -254,7 +232,7 @@ void CommDevice::setRecvDataList(const QStringList &list)
 void CommDevice::setRecvHexDataList(const QStringList &list)
 {
     {
-        RecvLockGuard lock(m_recvLock);
+        CheckedLockGuard lock(m_recvLock);
         if (list == m_recvHexDataList)
             return;
         m_recvHexDataList = detachedCopy(list);
@@ -265,7 +243,7 @@ void CommDevice::setRecvHexDataList(const QStringList &list)
 void CommDevice::clearRecvDatas()
 {
     {
-        RecvLockGuard lock(m_recvLock);
+        CheckedLockGuard lock(m_recvLock);
         m_recvDataList.clear();
         m_recvHexDataList.clear();
     }
@@ -288,7 +266,7 @@ void CommDevice::ProRecvResultData(int addressId, void *data, int length)
     const QString stamp = RecvDataFormat::timeStamp();
     const QString text = RecvDataFormat::entry(stamp, RecvDataFormat::printable(bytes, length));
     const QString hex = RecvDataFormat::entry(stamp, RecvDataFormat::hex(bytes, length));
-    RecvLockGuard lock(m_recvLock);
+    CheckedLockGuard lock(m_recvLock);
     trimForAppend(m_recvDataList);
     trimForAppend(m_recvHexDataList);
     m_recvDataList.append(text);

@@ -59,6 +59,22 @@ uint32_t textList(const char *function, char *buffer, int size, int *length)
     *length = reported != 0 ? reported : qMin(text.size(), size - 1);
     return GW_OK;
 }
+
+// Records the read as `function` and fills the value of every entry from the
+// parameter store.
+uint32_t readParams(const char *function, int moduleId, GW_PARAM_RECORD *params, int addressId)
+{
+    const FakeGwCall c = recordCall(function, moduleId, params, addressId);
+    const uint32_t code = gw().record(c);
+    if (!params)
+        return GW_ERR_INVALID_ARGUMENT;
+    if (code != GW_OK)
+        return code;
+    for (int i = 0; i < c.entries.size(); ++i)
+        qstrncpy(params->entries[i].value, gw().param(moduleId, c.entries[i].first, addressId).constData(),
+                 GW_PARAM_VALUE_SIZE);
+    return GW_OK;
+}
 } // namespace
 
 extern "C" {
@@ -144,19 +160,9 @@ uint32_t GW_PF_UpdateModule(int moduleId, const char *displayName)
     return gw().renameModule(moduleId, c.text) ? GW_OK : GW_ERR_UNKNOWN_MODULE;
 }
 
-// Fills the value of every entry from the parameter store.
 uint32_t GW_PF_GetModuleParam(int moduleId, GW_PARAM_RECORD *params, int addressId)
 {
-    const FakeGwCall c = recordCall("GetModuleParam", moduleId, params, addressId);
-    const uint32_t code = gw().record(c);
-    if (!params)
-        return GW_ERR_INVALID_ARGUMENT;
-    if (code != GW_OK)
-        return code;
-    for (int i = 0; i < c.entries.size(); ++i)
-        qstrncpy(params->entries[i].value, gw().param(moduleId, c.entries[i].first, addressId).constData(),
-                 GW_PARAM_VALUE_SIZE);
-    return GW_OK;
+    return readParams("GetModuleParam", moduleId, params, addressId);
 }
 
 // Stores every entry when accepted (also when the device must reopen for it).
@@ -173,19 +179,9 @@ uint32_t GW_PF_SetModuleParam(int moduleId, GW_PARAM_RECORD *params, int address
     return code;
 }
 
-// Like GetModuleParam: every entry's value from the parameter store.
 uint32_t GW_PF_GetAllParam(int moduleId, GW_PARAM_RECORD *params, int addressId)
 {
-    const FakeGwCall c = recordCall("GetAllParam", moduleId, params, addressId);
-    const uint32_t code = gw().record(c);
-    if (!params)
-        return GW_ERR_INVALID_ARGUMENT;
-    if (code != GW_OK)
-        return code;
-    for (int i = 0; i < c.entries.size(); ++i)
-        qstrncpy(params->entries[i].value, gw().param(moduleId, c.entries[i].first, addressId).constData(),
-                 GW_PARAM_VALUE_SIZE);
-    return GW_OK;
+    return readParams("GetAllParam", moduleId, params, addressId);
 }
 
 // number: the capacity passed in.

@@ -1,6 +1,7 @@
 #include "GwConnection.h"
 
 #include "GwErrorCodes.h"
+#include "GwHopStamps.h"
 #include "GwLog.h"
 
 #include <arpa/inet.h>
@@ -178,11 +179,12 @@ GwConnection::Reply GwConnection::call(std::string frame)
         GwConnection &c;
         explicit CallScope(GwConnection &conn) : c(conn)
         {
-            // Under the lock, so that close() cannot close the eventfd in between.
+            // A reader thread polling the socket keeps the role: the reply
+            // wakes it like any frame, and it hands the reply over. Taking
+            // the role from it would cost a wake-up and a hand-over before
+            // the request even leaves.
             std::lock_guard<std::mutex> lock(c.m_waitMutex);
             ++c.m_activeCalls;
-            if (c.m_readerPolling && c.m_usable)
-                c.wakeReader();
         }
         ~CallScope()
         {
@@ -197,6 +199,7 @@ GwConnection::Reply GwConnection::call(std::string frame)
     {
         std::lock_guard<std::mutex> lock(m_sendMutex);
         sent = m_usable && sendAll(frame);
+        GW_HOP_MARK(GwHop::RequestSent, frame.data(), frame.size());
     }
     std::unique_lock<std::mutex> lock(m_waitMutex);
     if (sent)
@@ -264,19 +267,13 @@ bool GwConnection::sendAll(const std::string &bytes)
     return true;
 }
 
-void GwConnection::wakeReader()
-{
-    const uint64_t one = 1;
-    (void)!::write(m_wakeFd, &one, sizeof(one));
-}
-
 bool GwConnection::readerTakesRole()
 {
     std::unique_lock<std::mutex> lock(m_waitMutex);
     m_readerWake.wait(lock, [this] { return !m_usable || (!m_reading && m_activeCalls == 0); });
     if (!m_usable)
         return false;
-    m_reading = m_readerPolling = true;
+    m_reading = true;
     return true;
 }
 
@@ -296,7 +293,7 @@ void GwConnection::readLoop()
             alive = readAvailable(false);
         {
             std::lock_guard<std::mutex> lock(m_waitMutex);
-            m_reading = m_readerPolling = false;
+            m_reading = false;
         }
         m_changed.notify_all();
     }
@@ -322,6 +319,7 @@ void GwConnection::handleFrame(GwFrame &frame)
     }
     if (frame.kind != GwFrameKind::Event && frame.kind != GwFrameKind::Result)
         return; // a request from the gateway has no meaning; ignore it
+    GW_HOP_MARK(GwHop::ClientRead, frame.payload.data(), frame.payload.size());
     std::lock_guard<std::mutex> lock(m_pushMutex);
     if (m_pushBytes + frame.payload.size() > kMaxPendingPushBytes) {
         const uint64_t dropped = ++m_dropped;

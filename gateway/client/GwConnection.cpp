@@ -179,10 +179,6 @@ GwConnection::Reply GwConnection::call(std::string frame)
         GwConnection &c;
         explicit CallScope(GwConnection &conn) : c(conn)
         {
-            // A reader thread polling the socket keeps the role: the reply
-            // wakes it like any frame, and it hands the reply over. Taking
-            // the role from it would cost a wake-up and a hand-over before
-            // the request even leaves.
             std::lock_guard<std::mutex> lock(c.m_waitMutex);
             ++c.m_activeCalls;
         }
@@ -202,6 +198,13 @@ GwConnection::Reply GwConnection::call(std::string frame)
         GW_HOP_MARK(GwHop::RequestSent, frame.data(), frame.size());
     }
     std::unique_lock<std::mutex> lock(m_waitMutex);
+    // A reader thread polling the socket is asked to let go, so that the
+    // reply wakes this caller directly rather than through the reader. Asked
+    // only now: the request leaves first, and the hand-over of the role
+    // happens while the gateway works on it. (Under the lock, so that
+    // close() cannot close the eventfd in between.)
+    if (sent && m_readerPolling && m_usable)
+        wakeReader();
     if (sent)
         awaitReply(waiter, deadline, lock);
     m_waiters.erase(seq);
@@ -267,13 +270,19 @@ bool GwConnection::sendAll(const std::string &bytes)
     return true;
 }
 
+void GwConnection::wakeReader()
+{
+    const uint64_t one = 1;
+    (void)!::write(m_wakeFd, &one, sizeof(one));
+}
+
 bool GwConnection::readerTakesRole()
 {
     std::unique_lock<std::mutex> lock(m_waitMutex);
     m_readerWake.wait(lock, [this] { return !m_usable || (!m_reading && m_activeCalls == 0); });
     if (!m_usable)
         return false;
-    m_reading = true;
+    m_reading = m_readerPolling = true;
     return true;
 }
 
@@ -293,7 +302,7 @@ void GwConnection::readLoop()
             alive = readAvailable(false);
         {
             std::lock_guard<std::mutex> lock(m_waitMutex);
-            m_reading = false;
+            m_reading = m_readerPolling = false;
         }
         m_changed.notify_all();
     }

@@ -23,9 +23,9 @@
 // itself, so a reply wakes its caller directly rather than through another
 // thread. The reader thread takes the role as soon as no call is under way
 // (the last call to end wakes it), so pushes are read while nobody calls; a
-// call that finds it polling leaves it there, and the reader hands the reply
-// over like any frame (waking it to let go would delay the request by a
-// thread hand-over for nothing: the reply wakes it anyway). Whoever reads
+// call that finds it polling wakes it through the eventfd to let go, once its
+// request has left (the hand-over then overlaps the gateway's work rather
+// than delaying the request). Whoever reads
 // hands every frame to where it belongs: replies to their waiters, pushes
 // to the dispatch queue.
 class GwConnection
@@ -84,6 +84,7 @@ private:
     void readLoop();
     // Waits until the reader thread may take the role; false once closing.
     bool readerTakesRole();
+    void wakeReader(); // m_waitMutex held
     void dispatchLoop();
     void handleFrame(GwFrame &frame);
     void fail(const std::string &why);
@@ -94,7 +95,7 @@ private:
     const int m_timeoutMs;
     std::atomic<bool> m_sendDeadlines{false};
     int m_fd = -1;
-    int m_wakeFd = -1; // eventfd: the reader stops
+    int m_wakeFd = -1; // eventfd: the reader lets go of the role, or stops
     std::atomic<bool> m_usable{false};
 
     std::mutex m_sendMutex;
@@ -104,6 +105,7 @@ private:
     std::map<uint32_t, Waiter *> m_waiters;
     uint32_t m_nextSeq = 1;
     bool m_reading = false;       // the read role is held
+    bool m_readerPolling = false; // ... by the reader thread
     int m_activeCalls = 0;
     std::condition_variable m_readerWake; // the last call ended, or close()
 

@@ -36,6 +36,10 @@ QByteArray resultFrame(int thread, int number, int size)
 int connectTo(quint16 port)
 {
     const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    // A small receive buffer, so that the session's output backs up after a
+    // few frames whatever the machine's socket buffer tuning.
+    const int buffer = 64 * 1024;
+    ::setsockopt(fd, SOL_SOCKET, SO_RCVBUF, &buffer, sizeof(buffer));
     sockaddr_in addr{};
     addr.sin_family = AF_INET;
     addr.sin_port = htons(port);
@@ -111,11 +115,16 @@ void TstGatewayPushes::pushesFromThreads_arriveWholeAndInOrder_data()
     QTest::addColumn<int>("frames");
     QTest::addColumn<int>("size");
     QTest::addColumn<int>("clients");
-    QTest::newRow("one worker, short lines") << 1 << 2000 << 64 << 1;
-    QTest::newRow("four workers, short lines, two clients") << 4 << 1000 << 64 << 2;
-    // Large frames fill the client's socket: the rest waits for the main thread.
-    QTest::newRow("three workers, frames that fill the socket") << 3 << 200 << 60000 << 1;
-    QTest::newRow("workers and the main thread") << 2 << 500 << 1000 << 1;
+    QTest::addColumn<bool>("readAfterPushes");
+    QTest::newRow("one worker, short lines") << 1 << 2000 << 64 << 1 << false;
+    QTest::newRow("four workers, short lines, two clients") << 4 << 1000 << 64 << 2 << false;
+    // Large frames fill the client's socket: the rest waits for the main
+    // thread. 10.8 MB in all, below the output a session keeps before it drops.
+    QTest::newRow("three workers, frames that fill the socket") << 3 << 60 << 60000 << 1 << false;
+    // The client reads only once every push was made: what the sockets did
+    // not take must follow, in order.
+    QTest::newRow("client reads only after the pushes") << 1 << 30 << 60000 << 1 << true;
+    QTest::newRow("workers and the main thread") << 2 << 500 << 1000 << 1 << false;
 }
 
 void TstGatewayPushes::pushesFromThreads_arriveWholeAndInOrder()
@@ -124,6 +133,7 @@ void TstGatewayPushes::pushesFromThreads_arriveWholeAndInOrder()
     QFETCH(int, frames);
     QFETCH(int, size);
     QFETCH(int, clients);
+    QFETCH(bool, readAfterPushes);
     const bool mainThreadToo = QByteArray(QTest::currentDataTag()).contains("main thread");
     GatewayService service;
     GatewayServer server(service);
@@ -158,6 +168,11 @@ void TstGatewayPushes::pushesFromThreads_arriveWholeAndInOrder()
             for (int n = 0; n < frames; ++n)
                 emit service.pushFrames(resultFrame(t, n, size));
         });
+    }
+    if (readAfterPushes) {
+        for (std::thread &worker : workers)
+            worker.join();
+        workers.clear();
     }
     int mainPushed = 0;
     const bool complete = spinUntil([&] {
@@ -205,9 +220,13 @@ void TstGatewayPushes::clientThatStopsReading_holdsInputUntilItCatchesUp()
     received.frames = 0;
 
     // A worker pushes while the client reads nothing: the input is held
-    // from the worker's own push, before the main thread runs again.
+    // from the worker's own push, before the main thread runs again. Three
+    // times the backed-up mark: the sockets' buffers (up to 4 MB for the
+    // sender) take part of it; the rest stays below the mark where pushes
+    // are dropped.
     const int frameSize = 64 * 1024;
-    const int frames = int(2 * ClientSession::kBackedUpBytes / frameSize);
+    const int frames = int(3 * ClientSession::kBackedUpBytes / frameSize);
+    QVERIFY(3 * ClientSession::kBackedUpBytes < ClientSession::kMaxPendingOutput);
     std::thread worker([&service, frames, frameSize] {
         for (int n = 0; n < frames; ++n)
             emit service.pushFrames(resultFrame(0, n, frameSize));

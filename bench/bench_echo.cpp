@@ -12,6 +12,12 @@
 //  - BM_PlainOneWay / BM_OneWayToCallback: lines paced at 10,000 per second,
 //    from the peer's write to the reader (plain) or to the result callback.
 // Each reports p50_us and p99_us. Needs $GATEWAYD (the gatewayd to measure).
+//
+// Every line carries its number ("#L" and six digits). In a build with
+// COMM_HOP_STAMPS the gateway and the client library stamp each line at each
+// hop (GwHopStamps.h); after the run this program prints, for the last run of
+// each benchmark through the gateway, the median and 99th percentile of the
+// time from one hop to the next.
 #include "BenchSupport.h"
 #include "GatewayProcess.h"
 #include "GwPlatform.h"
@@ -22,7 +28,11 @@
 #include <benchmark/benchmark.h>
 #include <chrono>
 #include <condition_variable>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <fstream>
+#include <map>
 #include <deque>
 #include <mutex>
 #include <string>
@@ -36,7 +46,32 @@ using namespace BenchSupport;
 using Clock = std::chrono::steady_clock;
 
 constexpr size_t kLine = 64;
-const std::string kRequest = std::string("T1") + std::string(kLine - 4, 'x') + "\r\n";
+constexpr int kLineNumbers = 1000000; // six digits, as GwHopStamps reads them
+constexpr int kPeerWriteHop = 0;      // GwHop::PeerWrite
+constexpr int kPeerReadHop = 9;       // GwHop::PeerRead
+constexpr int kHops = 10;
+const char *const kHopNames[kHops] = {"peer write",    "worker read", "push encoded", "session write",
+                                      "client reader", "callback",    "request sent",       "request read",
+                                      "worker write",  "peer read"};
+
+long long nowNs();
+
+// The peer's own stamps and the lines each benchmark's last run used.
+std::vector<long long> g_peerWrite(kLineNumbers), g_peerRead(kLineNumbers);
+int g_nextLine = 0;
+std::map<std::string, std::pair<int, int>> g_lineRanges; // first line, one past the last
+
+// "T1#L000123xxx...\r\n", 64 bytes, numbered with the next line number.
+std::string nextRequest(int *line)
+{
+    *line = g_nextLine;
+    g_nextLine = (g_nextLine + 1) % kLineNumbers;
+    char head[16];
+    std::snprintf(head, sizeof(head), "T1#L%06d", *line);
+    std::string request(head);
+    request.append(kLine - 2 - request.size(), 'x');
+    return request + "\r\n";
+}
 
 // How the application answers a line.
 enum class Answer { None, FromCallback, FromThread };
@@ -102,8 +137,6 @@ std::string answerFor(const char *data, int length)
     return line;
 }
 
-long long nowNs();
-
 int onResult(int module, int, void *data, int length, void *)
 {
     g_lastArrivalNs = nowNs();
@@ -134,20 +167,26 @@ bool readLine(int fd, std::string &buffer)
     return true;
 }
 
-void echoRounds(benchmark::State &state, int fd)
+void echoRounds(benchmark::State &state, int fd, const char *name)
 {
     const timeval limit{2, 0}; // an answer that never comes ends the run
     setsockopt(fd, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof(limit));
     Latencies latencies;
     std::string pending;
+    const int first = g_nextLine;
     for (auto _ : state) {
+        int line = 0;
+        const std::string request = nextRequest(&line);
         const auto start = Clock::now();
-        if (!writeFull(fd, kRequest.data(), kRequest.size()) || !readLine(fd, pending)) {
+        g_peerWrite[size_t(line)] = nowNs();
+        if (!writeFull(fd, request.data(), request.size()) || !readLine(fd, pending)) {
             state.SkipWithError("the echo stopped");
             break;
         }
+        g_peerRead[size_t(line)] = nowNs();
         latencies.add(start);
     }
+    g_lineRanges[name] = {first, g_nextLine};
     latencies.report(state);
 }
 
@@ -157,7 +196,7 @@ void BM_PlainEcho(benchmark::State &state)
     const int server = listenLoopback(&port);
     std::thread echo(echo64, server);
     const int fd = connectLoopback(port);
-    echoRounds(state, fd);
+    echoRounds(state, fd, "BM_PlainEcho");
     close(fd);
     echo.join();
     close(server);
@@ -183,27 +222,27 @@ struct Device {
     ~Device() { GW_PF_DeleteModule(id); }
 };
 
-void echoThroughServer(benchmark::State &state, Answer answer)
+void echoThroughServer(benchmark::State &state, Answer answer, const char *name)
 {
     const uint16_t port = freeLoopbackPort();
     const Device device("TcpServerModule", port);
     const int fd = connectLoopback(port);
     usleep(100000); // the device accepts the peer
     g_answer = answer;
-    echoRounds(state, fd);
+    echoRounds(state, fd, name);
     g_answer = Answer::None;
     close(fd);
 }
 
 void BM_EchoFromCallback(benchmark::State &state)
 {
-    echoThroughServer(state, Answer::FromCallback);
+    echoThroughServer(state, Answer::FromCallback, "BM_EchoFromCallback");
 }
 BENCHMARK(BM_EchoFromCallback)->UseRealTime()->MinTime(2.0);
 
 void BM_EchoFromThread(benchmark::State &state)
 {
-    echoThroughServer(state, Answer::FromThread);
+    echoThroughServer(state, Answer::FromThread, "BM_EchoFromThread");
 }
 BENCHMARK(BM_EchoFromThread)->UseRealTime()->MinTime(2.0);
 
@@ -220,7 +259,7 @@ void BM_EchoTcpClient(benchmark::State &state)
     }
     usleep(100000); // the device reports itself connected
     g_answer = Answer::FromCallback;
-    echoRounds(state, fd);
+    echoRounds(state, fd, "BM_EchoTcpClient");
     g_answer = Answer::None;
     close(fd);
     close(server);
@@ -236,16 +275,20 @@ long long nowNs()
 }
 
 void pacedOneWay(benchmark::State &state, int fd, const std::atomic<long long> &arrived,
-                 const std::atomic<long long> &arrivalNs)
+                 const std::atomic<long long> &arrivalNs, const char *name)
 {
     Latencies latencies;
+    const int first = g_nextLine;
     long long expected = arrived.load();
     auto slot = Clock::now();
     for (auto _ : state) {
         std::this_thread::sleep_until(slot += std::chrono::microseconds(100));
+        int line = 0;
+        const std::string request = nextRequest(&line);
         const long long start = nowNs();
+        g_peerWrite[size_t(line)] = start;
         ++expected;
-        if (!writeFull(fd, kRequest.data(), kRequest.size())) {
+        if (!writeFull(fd, request.data(), request.size())) {
             state.SkipWithError("the peer socket failed");
             break;
         }
@@ -258,6 +301,7 @@ void pacedOneWay(benchmark::State &state, int fd, const std::atomic<long long> &
         }
         latencies.us.push_back(double(arrivalNs.load() - start) / 1000.0);
     }
+    g_lineRanges[name] = {first, g_nextLine};
     latencies.report(state);
 }
 
@@ -277,7 +321,7 @@ void BM_PlainOneWay(benchmark::State &state)
         close(peer);
     });
     const int fd = connectLoopback(port);
-    pacedOneWay(state, fd, arrived, arrivalNs);
+    pacedOneWay(state, fd, arrived, arrivalNs, "BM_PlainOneWay");
     close(fd);
     reader.join();
     close(server);
@@ -290,15 +334,70 @@ void BM_OneWayToCallback(benchmark::State &state)
     const Device device("TcpServerModule", port);
     const int fd = connectLoopback(port);
     usleep(100000);
-    pacedOneWay(state, fd, g_lines, g_lastArrivalNs);
+    pacedOneWay(state, fd, g_lines, g_lastArrivalNs, "BM_OneWayToCallback");
     close(fd);
 }
 BENCHMARK(BM_OneWayToCallback)->UseRealTime()->MinTime(2.0);
+#ifdef COMM_HOP_STAMPS
+// The stamps a process of the gateway wrote ("hop line nanoseconds" lines).
+void readStamps(const std::string &path, std::vector<std::vector<long long>> &stamps)
+{
+    std::ifstream in(path);
+    int hop = 0, line = 0;
+    long long ns = 0;
+    while (in >> hop >> line >> ns)
+        if (hop >= 0 && hop < kHops && line >= 0 && line < kLineNumbers)
+            stamps[size_t(hop)][size_t(line)] = ns;
+}
+
+// Per benchmark through the gateway: each hop's time since the hop before it
+// that stamped the line, median and 99th percentile over the last run's lines.
+void reportHops(const std::string &dir)
+{
+    std::vector<std::vector<long long>> stamps(kHops, std::vector<long long>(kLineNumbers));
+    stamps[kPeerWriteHop] = g_peerWrite;
+    stamps[kPeerReadHop] = g_peerRead;
+    readStamps(dir + "/daemon.txt", stamps);
+    readStamps(dir + "/client.txt", stamps);
+    std::printf("\nHop times (us) of the last run of each benchmark, from the hop before:\n");
+    for (const auto &range : g_lineRanges) {
+        if (range.first.rfind("BM_Plain", 0) == 0)
+            continue;
+        std::printf("%s (lines %d to %d)\n", range.first.c_str(), range.second.first, range.second.second - 1);
+        std::printf("  %-20s %10s %10s %8s\n", "hop", "p50_us", "p99_us", "lines");
+        for (int hop = 1; hop < kHops; ++hop) {
+            std::vector<double> us;
+            for (int line = range.second.first; line != range.second.second; line = (line + 1) % kLineNumbers) {
+                const long long at = stamps[size_t(hop)][size_t(line)];
+                if (!at)
+                    continue;
+                for (int before = hop - 1; before >= 0; --before) {
+                    if (const long long from = stamps[size_t(before)][size_t(line)]) {
+                        us.push_back(double(at - from) / 1000.0);
+                        break;
+                    }
+                }
+            }
+            if (us.empty())
+                continue;
+            std::sort(us.begin(), us.end());
+            std::printf("  %-20s %10.1f %10.1f %8zu\n", kHopNames[hop], us[us.size() / 2], us[us.size() * 99 / 100],
+                        us.size());
+        }
+    }
+}
+#endif
 } // namespace
 
 int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
+#ifdef COMM_HOP_STAMPS
+    char stampDir[] = "/tmp/bench_echo_hops.XXXXXX";
+    if (!mkdtemp(stampDir))
+        return 1;
+    setenv("GW_HOP_STAMPS_DIR", stampDir, 1); // for the gateway and the client library
+#endif
     GatewayProcess gateway;
     if (!gateway.start()) {
         std::fprintf(stderr, "cannot start the gateway: %s\n", qPrintable(gateway.error()));
@@ -313,5 +412,9 @@ int main(int argc, char **argv)
     benchmark::RunSpecifiedBenchmarks();
     GW_PF_DeInit();
     g_answerer = nullptr;
+#ifdef COMM_HOP_STAMPS
+    gateway.stop(); // the gateway writes its stamps on its way out
+    reportHops(stampDir);
+#endif
     return 0;
 }

@@ -1,5 +1,6 @@
 #include "GwClient.h"
 
+#include "GwHopStamps.h"
 #include "GwOp.h"
 #include "GwWireReader.h"
 
@@ -193,6 +194,7 @@ void GwClient::onPush(const GwFrame &frame)
             callback = m_resultCallback;
             userData = m_resultUserData;
         }
+        GW_HOP_MARK(GwHop::Callback, data.data(), data.size());
         if (reader.done() && callback)
             callback(moduleId, addressId, &data[0], int(data.size()), userData);
         return;

@@ -1,6 +1,7 @@
 #include "GwConnection.h"
 
 #include "GwErrorCodes.h"
+#include "GwHopStamps.h"
 #include "GwLog.h"
 
 #include <arpa/inet.h>
@@ -178,11 +179,8 @@ GwConnection::Reply GwConnection::call(std::string frame)
         GwConnection &c;
         explicit CallScope(GwConnection &conn) : c(conn)
         {
-            // Under the lock, so that close() cannot close the eventfd in between.
             std::lock_guard<std::mutex> lock(c.m_waitMutex);
             ++c.m_activeCalls;
-            if (c.m_readerPolling && c.m_usable)
-                c.wakeReader();
         }
         ~CallScope()
         {
@@ -197,8 +195,16 @@ GwConnection::Reply GwConnection::call(std::string frame)
     {
         std::lock_guard<std::mutex> lock(m_sendMutex);
         sent = m_usable && sendAll(frame);
+        GW_HOP_MARK(GwHop::RequestSent, frame.data(), frame.size());
     }
     std::unique_lock<std::mutex> lock(m_waitMutex);
+    // A reader thread polling the socket is asked to let go, so that the
+    // reply wakes this caller directly rather than through the reader. Asked
+    // only now: the request leaves first, and the hand-over of the role
+    // happens while the gateway works on it. (Under the lock, so that
+    // close() cannot close the eventfd in between.)
+    if (sent && m_readerPolling && m_usable)
+        wakeReader();
     if (sent)
         awaitReply(waiter, deadline, lock);
     m_waiters.erase(seq);
@@ -322,6 +328,7 @@ void GwConnection::handleFrame(GwFrame &frame)
     }
     if (frame.kind != GwFrameKind::Event && frame.kind != GwFrameKind::Result)
         return; // a request from the gateway has no meaning; ignore it
+    GW_HOP_MARK(GwHop::ClientRead, frame.payload.data(), frame.payload.size());
     std::lock_guard<std::mutex> lock(m_pushMutex);
     if (m_pushBytes + frame.payload.size() > kMaxPendingPushBytes) {
         const uint64_t dropped = ++m_dropped;

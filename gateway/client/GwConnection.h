@@ -23,7 +23,9 @@
 // itself, so a reply wakes its caller directly rather than through another
 // thread. The reader thread takes the role as soon as no call is under way
 // (the last call to end wakes it), so pushes are read while nobody calls; a
-// call that finds it polling wakes it through the eventfd to let go. Whoever reads
+// call that finds it polling wakes it through the eventfd to let go, once its
+// request has left (the hand-over then overlaps the gateway's work rather
+// than delaying the request). Whoever reads
 // hands every frame to where it belongs: replies to their waiters, pushes
 // to the dispatch queue.
 class GwConnection
@@ -82,7 +84,7 @@ private:
     void readLoop();
     // Waits until the reader thread may take the role; false once closing.
     bool readerTakesRole();
-    void wakeReader();
+    void wakeReader(); // m_waitMutex held
     void dispatchLoop();
     void handleFrame(GwFrame &frame);
     void fail(const std::string &why);

@@ -1,6 +1,7 @@
 // The GW_PF_* functions: each builds one request, waits for its reply and
 // copies the answer into the caller's structures.
 #include "GwClient.h"
+#include "GwHopStamps.h"
 #include "GwLog.h"
 #include "GwOp.h"
 #include "GwPlatform.h"
@@ -146,6 +147,9 @@ uint32_t GW_PF_Init(int /*mode*/, const char *serverIp, int port, int /*dongleTy
 
 uint32_t GW_PF_DeInit(void)
 {
+#ifdef COMM_HOP_STAMPS
+    gwHopDumpToEnvDir("client");
+#endif
     return GwClient::instance().deinit();
 }
 

@@ -1,8 +1,10 @@
 #include "ClientSession.h"
 
+#include "GwHopStamps.h"
 #include "RequestHandler.h"
 
 #include <QSocketNotifier>
+#include <QThread>
 #include <QtDebug>
 #include <cerrno>
 #include <fcntl.h>
@@ -42,29 +44,80 @@ ClientSession::~ClientSession()
     ::close(m_fd);
 }
 
-void ClientSession::push(const char *frames, size_t size)
+bool ClientSession::onMainThread() const
 {
-    if (m_closing)
-        return;
-    if (pendingOutput() > kMaxPendingOutput) {
-        if (m_dropped++ % 10000 == 0)
-            qWarning("client on descriptor %d does not read, pushed frames dropped (%llu so far)", m_fd, m_dropped);
-        return;
-    }
-    if (pendingOutput() == 0)
-        m_lastTaken.start(); // idle until now: the stall clock starts with this output
-    m_output.append(frames, size);
-    sendOutput();
+    return QThread::currentThread() == thread();
 }
 
-bool ClientSession::isBackedUp() const
+void ClientSession::push(const char *frames, size_t size)
+{
+    if (onMainThread()) {
+        {
+            std::lock_guard<std::mutex> lock(m_mutex);
+            if (m_closing)
+                return;
+            if (pendingOutput() > kMaxPendingOutput) {
+                if (m_dropped++ % 10000 == 0)
+                    qWarning("client on descriptor %d does not read, pushed frames dropped (%llu so far)", m_fd, m_dropped);
+                return;
+            }
+            if (pendingOutput() == 0)
+                m_lastTaken.start(); // idle until now: the stall clock starts with this output
+            m_output.append(frames, size);
+        }
+        sendOutput();
+        return;
+    }
+    bool leftOver = false;
+    {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        if (m_closing || m_socketFailed)
+            return;
+        if (pendingOutput() > kMaxPendingOutput) {
+            if (m_dropped++ % 10000 == 0)
+                qWarning("client on descriptor %d does not read, pushed frames dropped (%llu so far)", m_fd, m_dropped);
+            return;
+        }
+        const bool wasIdle = pendingOutput() == 0;
+        if (wasIdle)
+            m_lastTaken.start();
+        m_output.append(frames, size);
+        // Output already waiting means the main thread watches the socket
+        // for room: it sends this too, in order.
+        if (wasIdle && sendLocked())
+            m_lastTaken.start();
+        leftOver = wasIdle && (pendingOutput() > 0 || m_socketFailed);
+    }
+    if (leftOver && m_wakeMainThread)
+        m_wakeMainThread();
+}
+
+quint64 ClientSession::droppedPushes() const
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    return m_dropped;
+}
+
+bool ClientSession::isBackedUpLocked() const
 {
     return !m_closing && pendingOutput() > kBackedUpBytes && !m_lastTaken.hasExpired(kStallMs);
 }
 
+bool ClientSession::isBackedUp() const
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    return isBackedUpLocked();
+}
+
 bool ClientSession::isDrained() const
 {
+    std::lock_guard<std::mutex> lock(m_mutex);
     return m_closing || pendingOutput() <= kDrainedBytes || m_lastTaken.hasExpired(kStallMs);
+}
+
+void ClientSession::syncWriteNotifier()
+{
+    sendOutput();
 }
 
 void ClientSession::onReadable()
@@ -110,7 +163,11 @@ bool ClientSession::handleFrames()
             end("a frame that is not a request");
             return false;
         }
-        m_output += m_handler.handle(frame.seq, frame.payload);
+        GW_HOP_MARK(GwHop::RequestRead, frame.payload.data(), frame.payload.size());
+        // Handled without the lock: a device's worker may push meanwhile.
+        const std::string reply = m_handler.handle(frame.seq, frame.payload);
+        std::lock_guard<std::mutex> lock(m_mutex);
+        m_output += reply;
     }
     if (status == GwFrameDecoder::Status::Error) {
         end(m_decoder.error().c_str());
@@ -119,10 +176,10 @@ bool ClientSession::handleFrames()
     return true;
 }
 
-void ClientSession::sendOutput()
+bool ClientSession::sendLocked()
 {
     bool sent = false;
-    while (!m_closing && pendingOutput() > 0) {
+    while (!m_closing && !m_socketFailed && pendingOutput() > 0) {
         const ssize_t n = ::send(m_fd, m_output.data() + m_outputSent, m_output.size() - m_outputSent,
                                  MSG_NOSIGNAL | MSG_DONTWAIT);
         if (n < 0 && errno == EINTR)
@@ -130,14 +187,13 @@ void ClientSession::sendOutput()
         if (n < 0 && (errno == EAGAIN || errno == EWOULDBLOCK))
             break;
         if (n < 0) {
-            end(nullptr);
-            return;
+            m_socketFailed = true;
+            break;
         }
+        GW_HOP_MARK(GwHop::SessionWrite, m_output.data() + m_outputSent, size_t(n));
         m_outputSent += size_t(n);
         sent = true;
     }
-    if (m_closing)
-        return;
     if (pendingOutput() == 0) {
         m_output.clear();
         m_outputSent = 0;
@@ -145,21 +201,44 @@ void ClientSession::sendOutput()
         m_output.erase(0, m_outputSent);
         m_outputSent = 0;
     }
-    m_writeNotifier->setEnabled(pendingOutput() > 0);
-    if (sent) {
-        m_lastTaken.start();
-        emit outputTaken();
+    return sent;
+}
+
+void ClientSession::sendOutput()
+{
+    bool sent = false;
+    bool pending = false;
+    bool failed = false;
+    {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        if (m_closing)
+            return;
+        sent = sendLocked();
+        if (sent)
+            m_lastTaken.start();
+        pending = pendingOutput() > 0;
+        failed = m_socketFailed;
     }
+    if (failed) {
+        end(nullptr);
+        return;
+    }
+    m_writeNotifier->setEnabled(pending);
+    if (sent)
+        emit outputTaken();
 }
 
 // Stops serving; `why` names a malformed frame, null for a client that left.
 void ClientSession::end(const char *why)
 {
-    if (m_closing)
-        return;
+    {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        if (m_closing)
+            return;
+        m_closing = true;
+    }
     if (why)
         qWarning("malformed frame from client (%s); connection dropped", why);
-    m_closing = true;
     m_readNotifier->setEnabled(false);
     m_writeNotifier->setEnabled(false);
     ::shutdown(m_fd, SHUT_RDWR);

@@ -5,9 +5,14 @@
 #include "PeerOwner.h"
 #include "RequestHandler.h"
 
+#include "StreamChannel.h"
+
+#include <QSocketNotifier>
+#include <QThread>
 #include <QTcpServer>
 #include <QTimer>
 #include <functional>
+#include <sys/eventfd.h>
 #include <unistd.h>
 
 namespace {
@@ -40,13 +45,27 @@ GatewayServer::GatewayServer(GatewayService &service, QObject *parent)
     m_holdCheck->setInterval(ClientSession::kStallMs / 4);
     connect(m_holdCheck, &QTimer::timeout, this, &GatewayServer::updateInputHold);
     static_cast<Listener *>(m_server)->onConnection = [this](int fd) { onNewConnection(fd); };
+    m_wakeFd = ::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
+    if (m_wakeFd >= 0) {
+        m_wakeNotifier = new QSocketNotifier(m_wakeFd, QSocketNotifier::Read, this);
+        connect(m_wakeNotifier, &QSocketNotifier::activated, this, &GatewayServer::onWake);
+    }
     connect(&m_service, &GatewayService::pushFrames, this, &GatewayServer::broadcast, Qt::DirectConnection);
 }
 
 GatewayServer::~GatewayServer()
 {
-    qDeleteAll(m_sessions);
+    disconnect(&m_service, &GatewayService::pushFrames, this, &GatewayServer::broadcast);
+    QSet<ClientSession *> sessions;
+    {
+        std::lock_guard<std::mutex> lock(m_sessionsMutex);
+        sessions.swap(m_sessions);
+    }
+    qDeleteAll(sessions);
     delete m_handler;
+    delete m_wakeNotifier;
+    if (m_wakeFd >= 0)
+        ::close(m_wakeFd);
 }
 
 bool GatewayServer::listen(quint16 port)
@@ -80,13 +99,21 @@ void GatewayServer::onNewConnection(int fd)
         return;
     }
     auto *session = new ClientSession(fd, *m_handler, this);
-    m_sessions.insert(session);
+    session->setWakeMainThread([this] { wakeMainThread(); });
+    {
+        std::lock_guard<std::mutex> lock(m_sessionsMutex);
+        m_sessions.insert(session);
+    }
     connect(session, &ClientSession::outputTaken, this, [this] {
         if (m_holdCheck->isActive())
             updateInputHold();
     });
     connect(session, &ClientSession::finished, this, [this](ClientSession *done) {
-        m_sessions.remove(done);
+        {
+            // No push reaches the session once it is out of the set.
+            std::lock_guard<std::mutex> lock(m_sessionsMutex);
+            m_sessions.remove(done);
+        }
         done->deleteLater();
         updateInputHold();
     });
@@ -94,10 +121,62 @@ void GatewayServer::onNewConnection(int fd)
 
 void GatewayServer::broadcast(const QByteArray &frames)
 {
-    for (ClientSession *session : qAsConst(m_sessions))
-        session->push(frames.constData(), size_t(frames.size()));
-    if (!m_holdCheck->isActive())
-        updateInputHold();
+    if (QThread::currentThread() == thread()) {
+        // A push here may end a session (its socket failed), which takes
+        // it out of the set: pushed to a copy, outside the lock.
+        QSet<ClientSession *> sessions;
+        {
+            std::lock_guard<std::mutex> lock(m_sessionsMutex);
+            sessions = m_sessions;
+        }
+        for (ClientSession *session : qAsConst(sessions))
+            session->push(frames.constData(), size_t(frames.size()));
+        if (!m_holdCheck->isActive())
+            updateInputHold();
+        return;
+    }
+    bool backedUp = false;
+    {
+        std::lock_guard<std::mutex> lock(m_sessionsMutex);
+        for (ClientSession *session : qAsConst(m_sessions)) {
+            session->push(frames.constData(), size_t(frames.size()));
+            backedUp = backedUp || session->isBackedUp();
+        }
+    }
+    if (backedUp) {
+        // Held at once, so that the worker reads no more; the main thread
+        // then runs the hold as usual and ends it.
+        StreamChannel::holdAllInput(true);
+        wakeMainThread();
+    }
+}
+
+void GatewayServer::wakeMainThread()
+{
+    if (m_wakeFd < 0 || m_wakePending.exchange(true))
+        return; // one wake-up serves every request until the main thread runs
+    const uint64_t one = 1;
+    if (::write(m_wakeFd, &one, sizeof one) != ssize_t(sizeof one))
+        m_wakePending = false;
+}
+
+// Sends what pushes from other threads left in the sessions, and looks at
+// the hold.
+void GatewayServer::onWake()
+{
+    uint64_t count = 0;
+    while (::read(m_wakeFd, &count, sizeof count) > 0) {
+    }
+    m_wakePending = false;
+    QSet<ClientSession *> sessions;
+    {
+        std::lock_guard<std::mutex> lock(m_sessionsMutex);
+        sessions = m_sessions;
+    }
+    // Deleted only later on this thread, so each is still there.
+    for (ClientSession *session : qAsConst(sessions))
+        session->syncWriteNotifier();
+    updateInputHold();
 }
 
 // Holds as soon as one client is backed up; resumes once all have drained.
@@ -105,16 +184,21 @@ void GatewayServer::updateInputHold()
 {
     bool backedUp = false;
     bool drained = true;
-    for (ClientSession *session : qAsConst(m_sessions)) {
-        backedUp = backedUp || session->isBackedUp();
-        drained = drained && session->isDrained();
+    {
+        std::lock_guard<std::mutex> lock(m_sessionsMutex);
+        for (ClientSession *session : qAsConst(m_sessions)) {
+            backedUp = backedUp || session->isBackedUp();
+            drained = drained && session->isDrained();
+        }
     }
     const bool hold = m_holdCheck->isActive() ? !drained : backedUp;
-    if (hold == m_holdCheck->isActive())
-        return;
-    if (hold)
-        m_holdCheck->start();
-    else
-        m_holdCheck->stop();
+    if (hold != m_holdCheck->isActive()) {
+        if (hold)
+            m_holdCheck->start();
+        else
+            m_holdCheck->stop();
+    }
+    // Also when the timer did not change: a worker may have held the input
+    // itself (see broadcast).
     m_service.holdInput(hold);
 }

@@ -3,6 +3,7 @@
 #include "FieldbusModule.h"
 #include "GwErrorCodes.h"
 #include "GwFrame.h"
+#include "GwHopStamps.h"
 #include "GwPlatform.h"
 #include "GwWireWriter.h"
 #include "StreamChannel.h"
@@ -70,9 +71,12 @@ GatewayModule *GatewayService::createModule(const StoredModule &stored)
     GatewayModule *created = isFieldbusType(stored.type)
         ? static_cast<GatewayModule *>(new FieldbusModule(stored, *schema, this))
         : new StreamModule(stored, *schema, m_channels(stored.type, nullptr), this);
-    connect(created, &GatewayModule::eventRaised, this, &GatewayService::onEvent);
-    connect(created, &GatewayModule::deviceStatusChanged, this, &GatewayService::onDeviceStatus);
-    connect(created, &GatewayModule::resultsReady, this, &GatewayService::onResults);
+    // Direct: a stream module emits these on its device's worker thread;
+    // encoding and pushing are safe there (see GatewayServer).
+    connect(created, &GatewayModule::eventRaised, this, &GatewayService::onEvent, Qt::DirectConnection);
+    connect(created, &GatewayModule::deviceStatusChanged, this, &GatewayService::onDeviceStatus,
+            Qt::DirectConnection);
+    connect(created, &GatewayModule::resultsReady, this, &GatewayService::onResults, Qt::DirectConnection);
     connect(created, &GatewayModule::logLine, this,
             [id = stored.id](const QString &text) { qInfo("module %d: %s", id, qPrintable(text)); });
     m_modules.insert(stored.id, created);
@@ -368,6 +372,7 @@ void GatewayService::onResults(int moduleId, int addressId, const QList<QByteArr
     std::string encoded;
     encoded.reserve(size_t(StreamChannel::bytesOf(frames)) + size_t(frames.size()) * 32);
     for (const QByteArray &data : frames) {
+        GW_HOP_MARK(GwHop::PushEncoded, data.constData(), size_t(data.size()));
         GwWireWriter writer(GwFrameKind::Result, 0, std::move(encoded));
         writer.i32(moduleId).i32(addressId).bytes(std::string_view(data.constData(), size_t(data.size())));
         encoded = writer.finish();

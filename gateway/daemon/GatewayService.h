@@ -65,7 +65,8 @@ public:
 
 signals:
     // Encoded push frames (events, results) for every connected client;
-    // connect directly (same thread): the bytes are valid during the call only.
+    // connect directly: the bytes are valid during the call only. Emitted on
+    // the main thread or on a stream device's worker thread.
     void pushFrames(const QByteArray &frames);
 
 private:

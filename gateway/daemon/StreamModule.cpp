@@ -14,18 +14,22 @@ StreamModule::StreamModule(const StoredModule &stored, const ParamSchema &schema
         return;
     m_channel->setParent(this);
     const int moduleId = id();
+    // Frames, link and status changes go out on the worker's thread, straight
+    // to the clients (the service's pushes may come from any thread): one
+    // path keeps them in the order the worker saw them, and a frame does not
+    // wait for the main thread.
     connect(m_channel, &StreamChannel::linkUp, this, [this, moduleId] { emit eventRaised(GW_EVENT_CONNECTED, moduleId); },
-            Qt::QueuedConnection);
+            Qt::DirectConnection);
     connect(m_channel, &StreamChannel::linkDown, this,
-            [this, moduleId] { emit eventRaised(GW_EVENT_DISCONNECTED, moduleId); }, Qt::QueuedConnection);
+            [this, moduleId] { emit eventRaised(GW_EVENT_DISCONNECTED, moduleId); }, Qt::DirectConnection);
     connect(m_channel, &StreamChannel::statusChanged, this,
-            [this, moduleId](int state) { emit deviceStatusChanged(moduleId, state); }, Qt::QueuedConnection);
+            [this, moduleId](int state) { emit deviceStatusChanged(moduleId, state); }, Qt::DirectConnection);
     connect(m_channel, &StreamChannel::framesReceived, this,
             [this, moduleId](const QList<QByteArray> &frames) {
                 emit resultsReady(moduleId, -1, frames);
                 m_channel->framesTaken(StreamChannel::bytesOf(frames));
             },
-            Qt::QueuedConnection);
+            Qt::DirectConnection);
     connect(m_channel, &StreamChannel::logLine, this, &GatewayModule::logLine, Qt::QueuedConnection);
 }
 

@@ -3,6 +3,7 @@
 #include "GatewayLog.h"
 #include "GatewayServer.h"
 #include "GatewayService.h"
+#include "GwHopStamps.h"
 #include "SignalQuit.h"
 
 #include <QCommandLineParser>
@@ -112,5 +113,8 @@ int main(int argc, char *argv[])
     std::fflush(stdout);
     const int rc = app.exec();
     service.stop();
+#ifdef COMM_HOP_STAMPS
+    gwHopDumpToEnvDir("daemon");
+#endif
     return rc;
 }

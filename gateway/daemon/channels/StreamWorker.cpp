@@ -1,6 +1,7 @@
 #include "StreamWorker.h"
 
 #include "GwErrorCodes.h"
+#include "GwHopStamps.h"
 
 #include <QIODevice>
 
@@ -58,6 +59,7 @@ void StreamWorker::emitFrames(const QList<QByteArray> &frames)
 
 void StreamWorker::split(FrameSplitter &splitter, const QByteArray &bytes, QList<QByteArray> &frames)
 {
+    GW_HOP_MARK(GwHop::WorkerRead, bytes.constData(), size_t(bytes.size()));
     status().addReceived(bytes.size());
     if (const int dropped = splitter.feed(bytes.constData(), bytes.size(), frames)) {
         const uint64_t total = (m_state->droppedFrames += uint64_t(dropped));

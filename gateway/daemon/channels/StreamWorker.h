@@ -20,6 +20,10 @@ public:
     virtual quint32 open(const StreamChannel::Params &params) = 0;
     virtual void close() = 0;
     virtual void send(const QByteArray &bytes) = 0;
+    // Hands what send() queued to the device now rather than on the next
+    // turn of the event loop, so that an answer leaves at once; what the
+    // device cannot take yet follows when it can.
+    virtual void flushOutput() {}
     // Reads what its peers sent while reading was held (see flow control in
     // StreamChannel).
     virtual void readPending() = 0;

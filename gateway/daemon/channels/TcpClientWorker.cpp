@@ -180,6 +180,14 @@ void TcpClientWorker::send(const QByteArray &bytes)
     }
 }
 
+void TcpClientWorker::flushOutput()
+{
+    if (m_socket && m_socket->state() == QAbstractSocket::ConnectedState) {
+        m_socket->flush();
+        updateBacklog();
+    }
+}
+
 void TcpClientWorker::updateBacklog()
 {
     state().socketBacklog = m_socket ? m_socket->bytesToWrite() : 0;

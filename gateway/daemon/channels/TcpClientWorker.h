@@ -22,6 +22,7 @@ public:
     quint32 open(const StreamChannel::Params &params) override;
     void close() override;
     void send(const QByteArray &bytes) override;
+    void flushOutput() override;
     void readPending() override;
 
 private:

@@ -171,6 +171,13 @@ void TcpServerWorker::send(const QByteArray &bytes)
     updateBacklog();
 }
 
+void TcpServerWorker::flushOutput()
+{
+    for (auto it = m_peers.cbegin(); it != m_peers.cend(); ++it)
+        it.key()->flush();
+    updateBacklog();
+}
+
 void TcpServerWorker::updateBacklog()
 {
     // The slowest peer decides how much more may be queued.

@@ -1,6 +1,7 @@
 #include "ThreadedStreamChannel.h"
 
 #include "GwErrorCodes.h"
+#include "GwHopStamps.h"
 #include "StreamWorker.h"
 
 #include <QSocketNotifier>
@@ -95,6 +96,13 @@ void ThreadedStreamChannel::serveRequests()
         for (const QByteArray &bytes : qAsConst(batch)) {
             m_worker->send(bytes);
             m_state->queuedBytes -= bytes.size();
+        }
+        if (!batch.isEmpty()) {
+            m_worker->flushOutput();
+#ifdef COMM_HOP_STAMPS
+            for (const QByteArray &bytes : qAsConst(batch))
+                GW_HOP_MARK(GwHop::WorkerWrite, bytes.constData(), size_t(bytes.size()));
+#endif
         }
         if (resume)
             m_worker->readPending();

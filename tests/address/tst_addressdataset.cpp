@@ -348,10 +348,6 @@ void tst_AddressDataSet::add_data()
                            "PollEnable=false", "Upload=true"};
     QTest::newRow("all keys") << fullAddress("camera", 60, 3) << QString() << full
                               << QStringList{"AddModuleAddressPN", "SetModuleParam"} << QString();
-    QJsonObject noType = fullAddress("camera", 60, 3);
-    noType.remove("IntDataType");
-    QTest::newRow("without IntDataType: one key fewer")
-        << noType << QString() << QStringList(full.mid(1)) << QStringList{"AddModuleAddressPN", "SetModuleParam"} << QString();
     QTest::newRow("only the range")
         << QJsonObject{{"AddressName", "r"}, {"SoftElementAddress", 60}, {"SoftElementNum", 3}} << QString()
         << QStringList{"SoftElementAddress=60", "SoftElementNum=3"}

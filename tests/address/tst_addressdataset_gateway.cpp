@@ -49,8 +49,6 @@ private slots:
 
     void add_bothTypesBothDirections_data();
     void add_bothTypesBothDirections();
-    void conflictingRange_refusedWithItsText_data();
-    void conflictingRange_refusedWithItsText();
     void outsideTheArea_refusedByTheGateway_data();
     void outsideTheArea_refusedByTheGateway();
     void sendTestData_readBackOnThePlcSide_data();
@@ -149,29 +147,6 @@ void tst_AddressDataSetGateway::add_bothTypesBothDirections()
                      qPrintable(QString::number(entry->serialNumber())));
     }
     QCOMPARE(capturedLogLines(), QStringList());
-}
-
-void tst_AddressDataSetGateway::conflictingRange_refusedWithItsText_data()
-{
-    typeColumn();
-    QTest::addColumn<int>("first");
-    // "text" occupies 4 elements at 0: [0, 4) on PROFINET, [0, 8) on EtherNet/IP;
-    // one element at its last unit touches only it.
-    QTest::newRow("PROFINET") << "ProfinetModule" << 3;
-    QTest::newRow("EtherNet/IP") << "EipModule" << 6;
-}
-
-void tst_AddressDataSetGateway::conflictingRange_refusedWithItsText()
-{
-    QFETCH(QString, type);
-    QFETCH(int, first);
-    AddressDataSetData *data = table(type, 1);
-    QVERIFY(data);
-    QSignalSpy boxes(data, &BaseItem::messageBox);
-    const int textId = data->addressList().first()->serialNumber();
-    QCOMPARE(data->checkValidAddress(first, 1), QStringLiteral("%1 text").arg(textId));
-    QCOMPARE(boxes.count(), 1);
-    QCOMPARE(boxes.at(0), QVariantList({1, QStringLiteral("Address %1 text overlaps an existing address").arg(textId)}));
 }
 
 void tst_AddressDataSetGateway::outsideTheArea_refusedByTheGateway_data()

@@ -122,8 +122,6 @@ void tst_GSDMLXMLHelper::init_bitsAndTexts_data()
         true, "", "", "New");
     row("not XML", "<ISO15745Profile><ProfileBody>", false, "", "", "");
     row("no ProfileBody", "<ISO15745Profile><ApplicationProcess/></ISO15745Profile>", false, "", "", "");
-    row("profile body in the wrong case",
-        "<ISO15745Profile><profileBody><ApplicationProcess/></profileBody></ISO15745Profile>", false, "", "", "");
     row("no ApplicationProcess", "<ISO15745Profile><ProfileBody/></ISO15745Profile>", false, "", "", "");
     row("module item without IOData",
         "<r><ProfileBody><ApplicationProcess><ModuleList><ModuleItem ID=\"ID_Mod_1\"/></ModuleList>"

@@ -311,8 +311,6 @@ void tst_DeviceStatus::send_outcomeShownUnderTheField_data()
     QTest::newRow("sent") << quint32(GW_OK) << "Sent 5 bytes" << false;
     QTest::newRow("no peer connected") << quint32(GW_ERR_NOT_OPEN)
                                        << DevicesManager::Instance()->qsErrTr(int(GW_ERR_NOT_OPEN)) << true;
-    QTest::newRow("gateway gone") << quint32(GW_ERR_CONNECTION_LOST)
-                                  << DevicesManager::Instance()->qsErrTr(int(GW_ERR_CONNECTION_LOST)) << true;
 }
 
 void tst_DeviceStatus::send_outcomeShownUnderTheField()

@@ -186,8 +186,6 @@ void tst_ItemsGateway::refusedValue_leavesModelAndGatewayUnchanged_data()
         "[CommManager] [GwSetModuleParam] GW_PF_SetModuleParam failed, error=e0000010");
     row("target address with leading zeros", "TcpClientModule", "TargetIP", "ipString", "192.168.001.10", badIp,
         "[CommManager] [setIPString] 192.168.001.10 is not ipv4");
-    row("target address with a trailing blank", "UdpModule", "TargetIP", "ipString", "192.168.1.10 ", badIp,
-        "[CommManager] [setIPString] 192.168.1.10  is not ipv4");
 }
 
 void tst_ItemsGateway::refusedValue_leavesModelAndGatewayUnchanged()

@@ -56,8 +56,6 @@ Item {
         function test_selectingADeviceBuildsItsControls_data() {
             return [
                 { tag: "TCP server", type: "TcpServerModule", fieldbus: false },
-                { tag: "TCP client", type: "TcpClientModule", fieldbus: false },
-                { tag: "UDP", type: "UdpModule", fieldbus: false },
                 { tag: "serial port", type: "SerialModule", fieldbus: false },
                 { tag: "PROFINET", type: "ProfinetModule", fieldbus: true },
                 { tag: "EtherNet/IP", type: "EipModule", fieldbus: true }

@@ -1,4 +1,5 @@
 #include "CapturedLog.h"
+#include "EventPayload.h"
 #include "CommDevice.h"
 #include "DevicesManager.h"
 #include "FakeGateway.h"
@@ -456,16 +457,6 @@ void tst_DevicesManager::results_reachOnlyTheirDevice()
     QVERIFY(HostLog::capturedMessages().filter(QStringLiteral("HandleGW")).isEmpty());
 }
 
-namespace {
-QByteArray reconnectingPayload(qint32 attempt, qint32 nextMs)
-{
-    QByteArray payload(8, '\0');
-    std::memcpy(payload.data(), &attempt, 4);
-    std::memcpy(payload.data() + 4, &nextMs, 4);
-    return payload;
-}
-} // namespace
-
 // Lost: every device shows not connected and its items are editable again,
 // the banner says so; reconnecting: the banner names the attempt; restored:
 // the list is read from the gateway again (which may have changed meanwhile)
@@ -485,7 +476,7 @@ void tst_DevicesManager::gatewayEvents_data()
                           << "The gateway is not reachable. Every device is shown as not connected until it is back."
                           << false << 0 << "gateway lost, devices shown as not connected";
     QTest::newRow("reconnecting")
-        << QList<int>{GW_EVENT_GATEWAY_LOST, GW_EVENT_GATEWAY_RECONNECTING} << reconnectingPayload(3, 800)
+        << QList<int>{GW_EVENT_GATEWAY_LOST, GW_EVENT_GATEWAY_RECONNECTING} << eventPayload({3, 800})
         << int(GatewayStatus::Reconnecting) << "Reconnecting to the gateway: attempt 3 failed, next in 0.8 s."
         << false << 0 << "";
     QTest::newRow("reconnecting without its fields")

@@ -5,6 +5,7 @@
 #include "CommDevice.h"
 #include "DevicesManager.h"
 #include "DeviceStatus.h"
+#include "EventPayload.h"
 #include "FakeGateway.h"
 #include "GwCallbacks.h"
 
@@ -14,16 +15,6 @@
 #include <QSignalSpy>
 #include <QtTest>
 #include <cstring>
-
-namespace {
-QByteArray statusPayload(qint32 moduleId, qint32 state)
-{
-    QByteArray payload(8, '\0');
-    std::memcpy(payload.data(), &moduleId, 4);
-    std::memcpy(payload.data() + 4, &state, 4);
-    return payload;
-}
-} // namespace
 
 class tst_DeviceStatus : public QObject
 {
@@ -156,13 +147,13 @@ void tst_DeviceStatus::statusEvent_data()
     QTest::addColumn<QString>("level");
     QTest::addColumn<QString>("detail");
     QTest::addColumn<QString>("logLine");
-    QTest::newRow("connected") << statusPayload(1, GW_DEVICE_CONNECTED) << "Connected" << "Connected" << "ok"
+    QTest::newRow("connected") << eventPayload({1, GW_DEVICE_CONNECTED}) << "Connected" << "Connected" << "ok"
                                << "gone (x)" << "";
-    QTest::newRow("port missing") << statusPayload(1, GW_DEVICE_PORT_MISSING) << "PortMissing" << "Port missing"
+    QTest::newRow("port missing") << eventPayload({1, GW_DEVICE_PORT_MISSING}) << "PortMissing" << "Port missing"
                                   << "fault" << "gone (x)" << "";
-    QTest::newRow("unknown state") << statusPayload(1, 42) << "Closed" << "Off" << "off" << ""
+    QTest::newRow("unknown state") << eventPayload({1, 42}) << "Closed" << "Off" << "off" << ""
                                    << "[CommManager] [applyStateCode] device 1: unknown state 42 ignored";
-    QTest::newRow("unknown module") << statusPayload(9, GW_DEVICE_CONNECTED) << "Closed" << "Off" << "off" << ""
+    QTest::newRow("unknown module") << eventPayload({9, GW_DEVICE_CONNECTED}) << "Closed" << "Off" << "off" << ""
                                     << "[CommManager] [handleStatusEvent] HandleGWEvent failed, getDeviceById null";
     QTest::newRow("payload without a state") << QByteArray(FakeGateway::modulePayload(1)) << "Closed" << "Off"
                                              << "off" << ""

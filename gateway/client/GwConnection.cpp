@@ -24,6 +24,10 @@ constexpr int kReceiveSliceMs = 50;
 // Pushes waiting for the callbacks: beyond this the newest are dropped, so a
 // callback that does not keep up cannot make the host's memory grow.
 constexpr size_t kMaxPendingPushBytes = 32 * 1024 * 1024;
+// Callbacks running longer than this get the other pump reading the socket
+// meanwhile, so that pushes are queued (or dropped, past the bound above)
+// here rather than backing up in the gateway.
+constexpr auto kMaxReadPause = std::chrono::milliseconds(1);
 
 void setNonBlocking(int fd, bool on)
 {
@@ -90,17 +94,17 @@ uint32_t GwConnection::open(const std::string &host, int port)
     setsockopt(m_fd, SOL_SOCKET, SO_RCVTIMEO, &rtv, sizeof(rtv));
 
     m_usable = true;
-    m_reader = std::thread([this] { readLoop(); });
-    m_dispatcher = std::thread([this] { dispatchLoop(); });
-    m_readerId = m_reader.get_id();
-    m_dispatcherId = m_dispatcher.get_id();
+    for (int i = 0; i < 2; ++i) {
+        m_pumps[i] = std::thread([this] { pumpLoop(); });
+        m_pumpIds[i] = m_pumps[i].get_id();
+    }
     return GW_OK;
 }
 
 bool GwConnection::isOwnThread() const
 {
     const std::thread::id self = std::this_thread::get_id();
-    return self == m_readerId || self == m_dispatcherId;
+    return self == m_pumpIds[0] || self == m_pumpIds[1];
 }
 
 void GwConnection::close()
@@ -114,32 +118,27 @@ void GwConnection::close()
         (void)!::write(m_wakeFd, &one, sizeof(one));
     }
     {
-        std::lock_guard<std::mutex> lock(m_pushMutex);
-        m_stopping = true;
-    }
-    m_pushReady.notify_all();
-    {
-        std::lock_guard<std::mutex> lock(m_waitMutex);
+        std::lock_guard<std::mutex> lock(m_mutex);
     }
     m_changed.notify_all();
-    m_readerWake.notify_all(); // a reader thread waiting for the role sees the end
-    for (std::thread *t : {&m_reader, &m_dispatcher}) {
-        if (!t->joinable())
+    m_pumpWake.notify_all(); // a waiting pump sees the end
+    for (std::thread &t : m_pumps) {
+        if (!t.joinable())
             continue;
-        if (t->get_id() == std::this_thread::get_id())
-            t->detach(); // the owner keeps this object alive until that thread is done
+        if (t.get_id() == std::this_thread::get_id())
+            t.detach(); // the owner keeps this object alive until that thread is done
         else
-            t->join();
+            t.join();
     }
     failWaiters(GW_ERR_CONNECTION_LOST);
     {
         // A caller still reading (woken by the shutdown) lets go of the
         // socket before it is closed; nobody takes the role once unusable.
-        std::unique_lock<std::mutex> lock(m_waitMutex);
+        std::unique_lock<std::mutex> lock(m_mutex);
         m_changed.wait(lock, [this] { return !m_reading; });
     }
     std::lock_guard<std::mutex> sending(m_sendMutex);
-    std::lock_guard<std::mutex> waiting(m_waitMutex);
+    std::lock_guard<std::mutex> waiting(m_mutex);
     if (m_fd >= 0)
         ::close(m_fd);
     if (m_wakeFd >= 0)
@@ -168,7 +167,7 @@ GwConnection::Reply GwConnection::call(std::string frame)
     Waiter waiter;
     uint32_t seq = 0;
     {
-        std::lock_guard<std::mutex> lock(m_waitMutex);
+        std::lock_guard<std::mutex> lock(m_mutex);
         seq = m_nextSeq++;
         if (m_nextSeq == 0)
             m_nextSeq = 1;
@@ -179,16 +178,18 @@ GwConnection::Reply GwConnection::call(std::string frame)
         GwConnection &c;
         explicit CallScope(GwConnection &conn) : c(conn)
         {
-            std::lock_guard<std::mutex> lock(c.m_waitMutex);
+            std::lock_guard<std::mutex> lock(c.m_mutex);
             ++c.m_activeCalls;
         }
         ~CallScope()
         {
-            std::lock_guard<std::mutex> lock(c.m_waitMutex);
-            // The last call out hands the socket back to the reader thread
-            // at once, so that a push arriving now is read without delay.
-            if (--c.m_activeCalls == 0)
-                c.m_readerWake.notify_one();
+            std::lock_guard<std::mutex> lock(c.m_mutex);
+            // The last call out hands the socket back to the pumps at once,
+            // so that a push arriving now is read without delay; a call from
+            // a callback leaves it to its own pump, which reads once its
+            // callbacks are done.
+            if (--c.m_activeCalls == 0 && !c.isOwnThread())
+                c.m_pumpWake.notify_all();
         }
     } scope(*this);
     bool sent = false;
@@ -197,8 +198,8 @@ GwConnection::Reply GwConnection::call(std::string frame)
         sent = m_usable && sendAll(frame);
         GW_HOP_MARK(GwHop::RequestSent, frame.data(), frame.size());
     }
-    std::unique_lock<std::mutex> lock(m_waitMutex);
-    // A reader thread polling the socket is asked to let go, so that the
+    std::unique_lock<std::mutex> lock(m_mutex);
+    // A pump polling the socket is asked to let go, so that the
     // reply wakes this caller directly rather than through the reader. Asked
     // only now: the request leaves first, and the hand-over of the role
     // happens while the gateway works on it. (Under the lock, so that
@@ -231,6 +232,8 @@ void GwConnection::awaitReply(Waiter &waiter, std::chrono::steady_clock::time_po
         lock.lock();
         m_reading = false;
         m_changed.notify_all();
+        if (!m_pushes.empty())
+            m_pumpWake.notify_all(); // pushes this caller read
     }
 }
 
@@ -276,42 +279,73 @@ void GwConnection::wakeReader()
     (void)!::write(m_wakeFd, &one, sizeof(one));
 }
 
-bool GwConnection::readerTakesRole()
+void GwConnection::pumpLoop()
 {
-    std::unique_lock<std::mutex> lock(m_waitMutex);
-    m_readerWake.wait(lock, [this] { return !m_usable || (!m_reading && m_activeCalls == 0); });
-    if (!m_usable)
-        return false;
-    m_reading = m_readerPolling = true;
-    return true;
+    std::unique_lock<std::mutex> lock(m_mutex);
+    bool alive = true;
+    while (alive) {
+        m_pumpWake.wait(lock, [this] { return !m_usable || mayRunCallbacks() || mayTakeReadRole(); });
+        if (!m_usable)
+            return;
+        if (mayRunCallbacks())
+            runCallbacks(lock);
+        else
+            alive = pollOnce(lock);
+    }
 }
 
-void GwConnection::readLoop()
+bool GwConnection::pollOnce(std::unique_lock<std::mutex> &lock)
 {
+    m_reading = m_readerPolling = true;
+    lock.unlock();
     pollfd fds[2] = {{m_fd, POLLIN, 0}, {m_wakeFd, POLLIN, 0}};
     bool alive = true;
-    while (alive && readerTakesRole()) {
-        const int ready = ::poll(fds, 2, -1);
-        if (ready > 0 && fds[1].revents) {
-            uint64_t count = 0;
-            (void)!::read(m_wakeFd, &count, sizeof(count));
-        }
-        if (ready < 0 && errno != EINTR)
-            alive = false;
-        else if (ready > 0 && fds[0].revents)
-            alive = readAvailable(false);
-        {
-            std::lock_guard<std::mutex> lock(m_waitMutex);
-            m_reading = m_readerPolling = false;
-        }
-        m_changed.notify_all();
+    const int ready = ::poll(fds, 2, -1);
+    if (ready > 0 && fds[1].revents) {
+        uint64_t count = 0;
+        (void)!::read(m_wakeFd, &count, sizeof(count));
     }
+    if (ready < 0 && errno != EINTR)
+        alive = false;
+    else if (ready > 0 && fds[0].revents)
+        alive = readAvailable(false);
+    lock.lock();
+    m_reading = m_readerPolling = false;
+    m_changed.notify_all();
+    return alive;
+}
+
+void GwConnection::runCallbacks(std::unique_lock<std::mutex> &lock)
+{
+    m_runningCallbacks = true;
+    std::deque<GwFrame> batch;
+    batch.swap(m_pushes);
+    m_pushBytes = 0;
+    lock.unlock();
+    // The read role is free while the callbacks run: a callback's own call
+    // reads its reply directly, and so does any other caller. The other
+    // pump is woken to read pushes only once the callbacks have kept the
+    // socket unread for kMaxReadPause; waking it for every push would put a
+    // thread switch between each push and its callback.
+    const auto started = std::chrono::steady_clock::now();
+    bool otherPumpWoken = false;
+    for (size_t i = 0; i < batch.size(); ++i) {
+        if (i > 0 && !otherPumpWoken && std::chrono::steady_clock::now() - started > kMaxReadPause) {
+            m_pumpWake.notify_one();
+            otherPumpWoken = true;
+        }
+        m_onPush(batch[i]);
+    }
+    batch.clear();
+    lock.lock();
+    m_runningCallbacks = false;
+    // Pushes queued meanwhile wait for a free pump: this one, at once.
 }
 
 void GwConnection::handleFrame(GwFrame &frame)
 {
     if (frame.kind == GwFrameKind::Reply) {
-        std::lock_guard<std::mutex> lock(m_waitMutex);
+        std::lock_guard<std::mutex> lock(m_mutex);
         auto it = m_waiters.find(frame.seq);
         if (it == m_waiters.end())
             return; // its caller timed out and left
@@ -329,7 +363,7 @@ void GwConnection::handleFrame(GwFrame &frame)
     if (frame.kind != GwFrameKind::Event && frame.kind != GwFrameKind::Result)
         return; // a request from the gateway has no meaning; ignore it
     GW_HOP_MARK(GwHop::ClientRead, frame.payload.data(), frame.payload.size());
-    std::lock_guard<std::mutex> lock(m_pushMutex);
+    std::lock_guard<std::mutex> lock(m_mutex);
     if (m_pushBytes + frame.payload.size() > kMaxPendingPushBytes) {
         const uint64_t dropped = ++m_dropped;
         if (dropped == 1 || dropped % 10000 == 0)
@@ -339,26 +373,6 @@ void GwConnection::handleFrame(GwFrame &frame)
     }
     m_pushBytes += frame.payload.size();
     m_pushes.push_back(std::move(frame));
-    if (m_pushes.size() == 1)
-        m_pushReady.notify_one();
-}
-
-void GwConnection::dispatchLoop()
-{
-    std::deque<GwFrame> batch;
-    while (true) {
-        {
-            std::unique_lock<std::mutex> lock(m_pushMutex);
-            m_pushReady.wait(lock, [this] { return m_stopping || !m_pushes.empty(); });
-            if (m_stopping)
-                return;
-            batch.swap(m_pushes);
-            m_pushBytes = 0;
-        }
-        for (const GwFrame &frame : batch)
-            m_onPush(frame);
-        batch.clear();
-    }
 }
 
 void GwConnection::fail(const std::string &why)
@@ -373,7 +387,7 @@ void GwConnection::fail(const std::string &why)
 
 void GwConnection::failWaiters(uint32_t code)
 {
-    std::lock_guard<std::mutex> lock(m_waitMutex);
+    std::lock_guard<std::mutex> lock(m_mutex);
     for (auto &entry : m_waiters) {
         if (!entry.second->done) {
             entry.second->reply.code = code;

@@ -15,19 +15,27 @@
 #include <thread>
 
 // One loopback connection to the gateway. Requests may come from any thread
-// and wait for their reply; pushes (events, results) go to a dispatch thread,
-// so a slow callback never holds up a reply.
+// and wait for their reply; pushes (events, results) go to the callbacks on
+// the connection's own threads, one at a time and in order.
 //
 // Reading the socket is a role that one thread holds at a time. A caller
 // waiting for its reply takes it when it is free and reads the socket
 // itself, so a reply wakes its caller directly rather than through another
-// thread. The reader thread takes the role as soon as no call is under way
-// (the last call to end wakes it), so pushes are read while nobody calls; a
-// call that finds it polling wakes it through the eventfd to let go, once its
-// request has left (the hand-over then overlaps the gateway's work rather
-// than delaying the request). Whoever reads
-// hands every frame to where it belongs: replies to their waiters, pushes
-// to the dispatch queue.
+// thread. While nobody calls, one of the connection's two pump threads holds
+// it (the last call to end wakes them); a call that finds a pump polling
+// wakes it through the eventfd to let go, once its request has left (the
+// hand-over then overlaps the gateway's work rather than delaying the
+// request). Whoever reads hands every frame to where it belongs: replies to
+// their waiters, pushes to the push queue.
+//
+// A pump that read pushes runs their callbacks itself, so a push reaches its
+// callback without waking another thread. The read role is free meanwhile:
+// a callback's own call, or any other caller, reads its reply directly. When
+// a run of callbacks lasts longer than a millisecond the other pump is woken
+// (between two callbacks) to read the socket, so that pushes keep being
+// queued here (and dropped past the bound) rather than backing up in the
+// gateway. Only one pump runs callbacks at a time, and it takes the queue in
+// arrival order.
 class GwConnection
 {
 public:
@@ -51,7 +59,7 @@ public:
     // and fails every waiting request with GW_ERR_CONNECTION_LOST.
     void close();
     bool isUsable() const { return m_usable.load(); }
-    // True on the connection's reader or dispatch thread (inside a callback).
+    // True on one of the connection's pump threads (inside a callback).
     bool isOwnThread() const;
 
     // Sends one request frame (its sequence number is filled in here) and
@@ -74,18 +82,24 @@ private:
 
     bool sendAll(const std::string &bytes);
     // Waits for `waiter` until the deadline, reading the socket whenever
-    // the role is free. m_waitMutex held.
+    // the role is free. m_mutex held.
     void awaitReply(Waiter &waiter, std::chrono::steady_clock::time_point deadline,
                     std::unique_lock<std::mutex> &lock);
     // Reads what the socket holds (waiting for it at most the receive
     // timeout when `wait`) and handles its frames; the read role held.
     // False once the connection is gone.
     bool readAvailable(bool wait);
-    void readLoop();
-    // Waits until the reader thread may take the role; false once closing.
-    bool readerTakesRole();
-    void wakeReader(); // m_waitMutex held
-    void dispatchLoop();
+    void pumpLoop();
+    // What a free pump may do now; m_mutex held.
+    bool mayRunCallbacks() const { return !m_runningCallbacks && !m_pushes.empty(); }
+    bool mayTakeReadRole() const { return !m_reading && m_activeCalls == 0; }
+    // Polls the socket and the eventfd once and reads what came; m_mutex
+    // held on entry and return, free meanwhile. False once the connection
+    // is gone.
+    bool pollOnce(std::unique_lock<std::mutex> &lock);
+    // Runs the callbacks of every queued push; m_mutex as for pollOnce.
+    void runCallbacks(std::unique_lock<std::mutex> &lock);
+    void wakeReader(); // m_mutex held
     void handleFrame(GwFrame &frame);
     void fail(const std::string &why);
     void failWaiters(uint32_t code);
@@ -100,26 +114,21 @@ private:
 
     std::mutex m_sendMutex;
 
-    std::mutex m_waitMutex; // guards the waiters and the read role
+    std::mutex m_mutex; // guards the waiters, the read role and the push queue
     std::condition_variable m_changed; // a reply arrived or the role was freed
     std::map<uint32_t, Waiter *> m_waiters;
     uint32_t m_nextSeq = 1;
     bool m_reading = false;       // the read role is held
-    bool m_readerPolling = false; // ... by the reader thread
+    bool m_readerPolling = false; // ... by a pump
     int m_activeCalls = 0;
-    std::condition_variable m_readerWake; // the last call ended, or close()
-
-    std::mutex m_pushMutex;
-    std::condition_variable m_pushReady;
+    std::condition_variable m_pumpWake; // the role is free, pushes wait, or close()
     std::deque<GwFrame> m_pushes;
     size_t m_pushBytes = 0;
-    bool m_stopping = false;
+    bool m_runningCallbacks = false;
     std::atomic<uint64_t> m_dropped{0};
 
     GwFrameDecoder m_decoder; // the read role's holder only
-    std::thread m_reader;
-    std::thread m_dispatcher;
-    std::thread::id m_readerId;
-    std::thread::id m_dispatcherId;
+    std::thread m_pumps[2];
+    std::thread::id m_pumpIds[2];
     std::mutex m_closeMutex;
 };

@@ -1,15 +1,20 @@
 // The client library under concurrent use: calls from several threads while
 // results flood the callback, then DeInit while results still arrive; calls
 // from several threads while the gateway is killed and started again, so the
-// reconnect thread replaces the connection under them. Run under
-// ThreadSanitizer; the gateway process itself is not the subject here.
+// reconnect thread replaces the connection under them; callbacks that call
+// the library themselves, and one that waits for another thread's call. Run
+// under ThreadSanitizer; the gateway process itself is not the subject here.
 #include "GatewayProcess.h"
 #include "GwTestCalls.h"
 #include "../devices/ThreadJoiner.h"
 
+#include <QElapsedTimer>
 #include <QTcpSocket>
 #include <QtTest>
 #include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
 #include <thread>
 #include <vector>
 
@@ -38,6 +43,55 @@ int countResult(int, int, void *, int, void *)
     ++g_results;
     return 0;
 }
+// Answers every line from inside the result callback, as a vision station
+// answers its trigger: "<line>=ok".
+int answerResult(int moduleId, int, void *data, int length, void *)
+{
+    const QByteArray line = QByteArray(static_cast<const char *>(data), length).trimmed();
+    GW_PF_WriteString(moduleId, -1, (line + "=ok\r\n").constData());
+    return 0;
+}
+
+// Records the results in order; the first one waits until the test has
+// seen another thread's call come back.
+struct WaitingRecorder {
+    std::mutex mutex;
+    std::condition_variable changed;
+    bool released = false;
+    QList<QByteArray> lines;
+};
+WaitingRecorder g_waiting;
+
+int recordAfterRelease(int, int, void *data, int length, void *)
+{
+    std::unique_lock<std::mutex> lock(g_waiting.mutex);
+    if (g_waiting.lines.isEmpty())
+        g_waiting.changed.wait_for(lock, std::chrono::seconds(10), [] { return g_waiting.released; });
+    g_waiting.lines.append(QByteArray(static_cast<const char *>(data), length).trimmed());
+    return 0;
+}
+
+// A TCP server device on a free port with one peer connected; the device id.
+int serverWithPeer(QTcpSocket &peer)
+{
+    const quint16 port = freePort();
+    const int server = add("TcpServerModule");
+    if (setAll(server, {{"LocalIP", "127.0.0.1"}, {"LocalPort", QByteArray::number(port)}, {"ConnectState", "true"}})
+        != GW_OK)
+        return -1;
+    peer.connectToHost(QHostAddress::LocalHost, port);
+    return peer.waitForConnected(3000) ? server : -1;
+}
+
+// The peer's next line, waiting for it at most 3 s.
+QByteArray readLine(QTcpSocket &peer)
+{
+    QElapsedTimer waited;
+    waited.start();
+    while (!peer.canReadLine() && waited.elapsed() < 3000)
+        peer.waitForReadyRead(100);
+    return peer.readLine();
+}
 } // namespace
 
 class tst_GwClientThreads : public QObject
@@ -46,6 +100,8 @@ class tst_GwClientThreads : public QObject
 private slots:
     void callsFromThreads_whileResultsFlood_thenDeInit();
     void callsFromThreads_whileTheGatewayIsKilledAndRestarted();
+    void callbackAnswersEachLine_inOrder();
+    void callbackWaitsForAnotherThreadsCall_resultsKeepTheirOrder();
 };
 
 void tst_GwClientThreads::callsFromThreads_whileResultsFlood_thenDeInit()
@@ -128,6 +184,71 @@ void tst_GwClientThreads::callsFromThreads_whileTheGatewayIsKilledAndRestarted()
         t.join();
     GW_PF_DeInit();
     QCOMPARE(unexpected.load(), 0);
+    QVERIFY(gw.stop());
+}
+
+void tst_GwClientThreads::callbackAnswersEachLine_inOrder()
+{
+    GatewayProcess gw;
+    QVERIFY2(gw.start(), qPrintable(gw.error()));
+    QCOMPARE(GW_PF_Init(1, "127.0.0.1", gw.port(), 101), GW_OK);
+    GW_PF_SetResultCallback(&answerResult, nullptr);
+    QTcpSocket peer;
+    QVERIFY(serverWithPeer(peer) > 0);
+    for (int i = 0; i < 200; ++i) {
+        // Each line waits for its answer, as a trigger does: the callback's
+        // own call must get its reply while the callback runs.
+        const QByteArray line = "T" + QByteArray::number(i);
+        peer.write(line + "\r\n");
+        QCOMPARE(readLine(peer), line + "=ok\r\n");
+    }
+    // A burst: answered whole and in order.
+    QByteArray burst;
+    for (int i = 0; i < 500; ++i)
+        burst += "B" + QByteArray::number(i) + "\r\n";
+    peer.write(burst);
+    for (int i = 0; i < 500; ++i)
+        QCOMPARE(readLine(peer), "B" + QByteArray::number(i) + "=ok\r\n");
+    GW_PF_DeInit();
+    QVERIFY(gw.stop());
+}
+
+void tst_GwClientThreads::callbackWaitsForAnotherThreadsCall_resultsKeepTheirOrder()
+{
+    GatewayProcess gw;
+    QVERIFY2(gw.start(), qPrintable(gw.error()));
+    QCOMPARE(GW_PF_Init(1, "127.0.0.1", gw.port(), 101), GW_OK);
+    GW_PF_SetResultCallback(&recordAfterRelease, nullptr);
+    QTcpSocket peer;
+    const int server = serverWithPeer(peer);
+    QVERIFY(server > 0);
+    QByteArray lines;
+    QList<QByteArray> expected;
+    for (int i = 0; i < 300; ++i) {
+        lines += "L" + QByteArray::number(i) + "\r\n";
+        expected.append("L" + QByteArray::number(i));
+    }
+    peer.write(lines);
+    QVERIFY(peer.waitForBytesWritten(3000));
+    // The first callback is blocked now (or soon): a call from another
+    // thread still gets its reply, and only then is the callback let go.
+    quint32 rc = GW_ERR_TIMEOUT;
+    std::thread caller([&] { rc = set(server, "ConnectState", "true"); });
+    caller.join();
+    QCOMPARE(rc, quint32(GW_OK));
+    {
+        std::lock_guard<std::mutex> lock(g_waiting.mutex);
+        g_waiting.released = true;
+    }
+    g_waiting.changed.notify_all();
+    QTRY_COMPARE_WITH_TIMEOUT(([] {
+                                  std::lock_guard<std::mutex> lock(g_waiting.mutex);
+                                  return g_waiting.lines.size();
+                              }()),
+                              expected.size(), 10000);
+    GW_PF_DeInit();
+    std::lock_guard<std::mutex> lock(g_waiting.mutex);
+    QCOMPARE(g_waiting.lines, expected);
     QVERIFY(gw.stop());
 }
 

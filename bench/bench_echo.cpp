@@ -9,8 +9,9 @@
 //    application that the callback hands the line to;
 //  - BM_EchoTcpClient: a TCP client device connected to the peer, answered
 //    inside the callback;
-//  - BM_PlainOneWay / BM_OneWayToCallback: lines paced at 10,000 per second,
-//    from the peer's write to the reader (plain) or to the result callback.
+//  - BM_PlainOneWay / BM_PlainRelayOneWay / BM_OneWayToCallback: lines paced
+//    at 10,000 per second, from the peer's write to the reader (plain, or
+//    through a plain relay thread) or to the result callback.
 // Each reports p50_us and p99_us. Needs $GATEWAYD (the gatewayd to measure).
 //
 // Every line carries its number ("#L" and six digits). In a build with
@@ -327,6 +328,45 @@ void BM_PlainOneWay(benchmark::State &state)
     close(server);
 }
 BENCHMARK(BM_PlainOneWay)->UseRealTime()->MinTime(2.0);
+
+// The same lines through a plain relay thread (a blocking read, then a write
+// to a second connection) to the reader: two socket crossings, as through any
+// gateway in between, with nothing else done. The floor of the gateway's path.
+void BM_PlainRelayOneWay(benchmark::State &state)
+{
+    uint16_t inPort = 0, outPort = 0;
+    const int inServer = listenLoopback(&inPort);
+    const int outServer = listenLoopback(&outPort);
+    std::atomic<long long> arrived{0};
+    std::atomic<long long> arrivalNs{0};
+    std::thread reader([&] {
+        const int peer = accept(outServer, nullptr, nullptr);
+        std::string pending;
+        while (readLine(peer, pending)) {
+            arrivalNs = nowNs();
+            ++arrived;
+        }
+        close(peer);
+    });
+    std::thread relay([&] {
+        const int from = accept(inServer, nullptr, nullptr);
+        const int to = connectLoopback(outPort);
+        char chunk[4096];
+        ssize_t n;
+        while ((n = ::read(from, chunk, sizeof(chunk))) > 0 && writeFull(to, chunk, size_t(n))) {
+        }
+        close(to);
+        close(from);
+    });
+    const int fd = connectLoopback(inPort);
+    pacedOneWay(state, fd, arrived, arrivalNs, "BM_PlainRelayOneWay");
+    close(fd);
+    relay.join();
+    reader.join();
+    close(inServer);
+    close(outServer);
+}
+BENCHMARK(BM_PlainRelayOneWay)->UseRealTime()->MinTime(2.0);
 
 void BM_OneWayToCallback(benchmark::State &state)
 {

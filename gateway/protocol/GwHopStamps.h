@@ -18,7 +18,7 @@ enum class GwHop : int {
     WorkerRead,       // the device's worker thread read it from the peer socket
     PushEncoded,      // the daemon encoded the frames as pushes (worker thread)
     SessionWrite,     // the client session sent the pushed frame
-    ClientRead,       // the client library's reader decoded the push
+    ClientRead,       // the client library decoded the push (the thread that read it)
     Callback,         // the result callback was called
     RequestSent,      // the answer's request left the client library
     RequestRead,      // the daemon read the request

@@ -135,6 +135,11 @@ void ClientSession::onReadable()
         m_decoder.commit(size_t(n));
         if (!handleFrames())
             return;
+        // A short read emptied the socket: asking again would only return
+        // EAGAIN, one system call between the request and its reply. More
+        // data arriving now keeps the notifier ready.
+        if (size_t(n) < kReadChunk)
+            break;
     }
     sendOutput(); // replies leave now rather than on the next turn of the event loop
 }

@@ -165,8 +165,7 @@ void GatewayServer::wakeMainThread()
 void GatewayServer::onWake()
 {
     uint64_t count = 0;
-    while (::read(m_wakeFd, &count, sizeof count) > 0) {
-    }
+    (void)!::read(m_wakeFd, &count, sizeof count); // one read resets the counter
     m_wakePending = false;
     QSet<ClientSession *> sessions;
     {

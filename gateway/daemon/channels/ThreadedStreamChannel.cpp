@@ -71,9 +71,9 @@ void ThreadedStreamChannel::wakeWorker()
 // Sends what was written, then serves an open or close, until nothing is left.
 void ThreadedStreamChannel::serveRequests()
 {
+    // One read resets the eventfd's counter, however many wake-ups it holds.
     uint64_t count = 0;
-    while (::read(m_wakeFd, &count, sizeof count) > 0) {
-    }
+    (void)!::read(m_wakeFd, &count, sizeof count);
     for (;;) {
         QList<QByteArray> batch;
         Request request = Request::None;

@@ -6,6 +6,7 @@
 
 #include <cstdlib>
 #include <string>
+#include <utility>
 
 namespace {
 // The slowest calls of a healthy gateway (bench_calltimes, 2-core development
@@ -27,7 +28,8 @@ int callTimeoutMs()
 
 GwClient::GwClient()
     : m_reconnector([this] { return reconnect(); },
-                    [this](eGW_EVENT_TYPE type, const std::string &data) { deliverEvent(type, data); })
+                    [this](eGW_EVENT_TYPE type, const std::string &data) { reportGatewayEvent(type, data); },
+                    [this] { replayMissedEvents(); })
 {
 }
 
@@ -61,6 +63,10 @@ std::shared_ptr<GwConnection> GwClient::connect(const std::string &host, int por
 uint32_t GwClient::init(const char *host, int port)
 {
     deinit();
+    {
+        std::lock_guard<std::mutex> lock(m_callbackMutex);
+        m_missedLoss = m_missedRestore = false; // a new session owes nothing
+    }
     const std::string address = host && *host ? host : "127.0.0.1";
     uint32_t rc = GW_OK;
     std::shared_ptr<GwConnection> conn = connect(address, port, rc);
@@ -168,9 +174,54 @@ void GwClient::setResultCallback(GW_RESULT_CALLBACK callback, void *userData)
 
 void GwClient::setEventCallback(GW_EVENT_CALLBACK callback, void *userData)
 {
-    std::lock_guard<std::mutex> lock(m_callbackMutex);
-    m_eventCallback = callback;
-    m_eventUserData = userData;
+    bool missed = false;
+    {
+        std::lock_guard<std::mutex> lock(m_callbackMutex);
+        m_eventCallback = callback;
+        m_eventUserData = userData;
+        missed = callback && m_missedLoss;
+    }
+    if (missed)
+        m_reconnector.requestReplay();
+}
+
+void GwClient::reportGatewayEvent(eGW_EVENT_TYPE type, const std::string &data)
+{
+    bool lossFirst = false;
+    {
+        std::lock_guard<std::mutex> lock(m_callbackMutex);
+        if (!m_eventCallback) {
+            if (type == GW_EVENT_GATEWAY_LOST) {
+                m_missedLoss = true;
+                m_missedRestore = false;
+            } else if (type == GW_EVENT_GATEWAY_RESTORED && m_missedLoss) {
+                m_missedRestore = true;
+            }
+            return;
+        }
+        lossFirst = m_missedLoss && type != GW_EVENT_GATEWAY_LOST;
+        m_missedLoss = m_missedRestore = false;
+    }
+    if (lossFirst)
+        deliverEvent(GW_EVENT_GATEWAY_LOST, std::string());
+    deliverEvent(type, data);
+}
+
+void GwClient::replayMissedEvents()
+{
+    bool loss = false;
+    bool restore = false;
+    {
+        std::lock_guard<std::mutex> lock(m_callbackMutex);
+        if (!m_eventCallback)
+            return;
+        std::swap(loss, m_missedLoss);
+        std::swap(restore, m_missedRestore);
+    }
+    if (loss)
+        deliverEvent(GW_EVENT_GATEWAY_LOST, std::string());
+    if (restore)
+        deliverEvent(GW_EVENT_GATEWAY_RESTORED, std::string());
 }
 
 void GwClient::setRecvEventCallback(GW_RECV_EVENT_CALLBACK callback, void *userData)

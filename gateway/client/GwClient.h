@@ -32,6 +32,12 @@ private:
     GwClient();
     void onPush(const GwFrame &frame);
     void deliverEvent(eGW_EVENT_TYPE type, std::string data);
+    // Gateway-level events, on the reconnector's thread. While no event
+    // callback is set (a host sets it late in its start-up) a loss and the
+    // restore after it are remembered, and told once a callback is set, so
+    // that the host still learns that the gateway went away under it.
+    void reportGatewayEvent(eGW_EVENT_TYPE type, const std::string &data);
+    void replayMissedEvents();
     std::shared_ptr<GwConnection> connection();
     // A connected and greeted connection, or null with `rc` set.
     std::shared_ptr<GwConnection> connect(const std::string &host, int port, uint32_t &rc);
@@ -52,6 +58,8 @@ private:
     void *m_resultUserData = nullptr;
     GW_EVENT_CALLBACK m_eventCallback = nullptr;
     void *m_eventUserData = nullptr;
+    bool m_missedLoss = false;    // LOST came while no event callback was set
+    bool m_missedRestore = false; // ... and RESTORED after it
     GW_RECV_EVENT_CALLBACK m_recvEventCallback = nullptr;
     void *m_recvEventUserData = nullptr;
 };

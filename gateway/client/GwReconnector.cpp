@@ -4,9 +4,10 @@
 
 #include <chrono>
 #include <cstring>
+#include <utility>
 
-GwReconnector::GwReconnector(Attempt attempt, Report report)
-    : m_attempt(std::move(attempt)), m_report(std::move(report))
+GwReconnector::GwReconnector(Attempt attempt, Report report, Replay replay)
+    : m_attempt(std::move(attempt)), m_report(std::move(report)), m_replay(std::move(replay))
 {
 }
 
@@ -29,6 +30,7 @@ void GwReconnector::start()
     std::lock_guard<std::mutex> lock(m_mutex);
     m_stopping = false;
     m_lost = false;
+    m_replayWanted = false;
     const unsigned generation = ++m_generation;
     m_thread = std::thread([this, generation] { run(generation); });
 }
@@ -63,6 +65,15 @@ void GwReconnector::connectionLost()
     m_wake.notify_all();
 }
 
+void GwReconnector::requestReplay()
+{
+    {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        m_replayWanted = true;
+    }
+    m_wake.notify_all();
+}
+
 bool GwReconnector::stopWithin(unsigned generation, int ms)
 {
     std::unique_lock<std::mutex> lock(m_mutex);
@@ -72,13 +83,20 @@ bool GwReconnector::stopWithin(unsigned generation, int ms)
 void GwReconnector::run(unsigned generation)
 {
     while (true) {
+        bool lost = false;
+        bool replay = false;
         {
             std::unique_lock<std::mutex> lock(m_mutex);
-            m_wake.wait(lock, [&] { return endsLocked(generation) || m_lost; });
+            m_wake.wait(lock, [&] { return endsLocked(generation) || m_lost || m_replayWanted; });
             if (endsLocked(generation))
                 return;
-            m_lost = false;
+            std::swap(lost, m_lost);
+            std::swap(replay, m_replayWanted);
         }
+        if (replay)
+            m_replay();
+        if (!lost)
+            continue;
         gwLog(GwLogWarning, "gateway connection lost; reconnecting");
         m_report(GW_EVENT_GATEWAY_LOST, std::string());
         for (int attempt = 1;; ++attempt) {

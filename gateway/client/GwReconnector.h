@@ -11,7 +11,8 @@
 // Brings the connection to the gateway back after it was lost. Its own
 // thread reports the loss, tries to reach the gateway again with a capped
 // backoff and reports every failed attempt and the restored connection,
-// so the gateway-level events reach the host in order from one thread.
+// so the gateway-level events reach the host in order from one thread. On
+// request the same thread also replays what the host missed (requestReplay).
 class GwReconnector
 {
 public:
@@ -20,7 +21,10 @@ public:
     // A gateway-level event and its payload (documented in GwPlatform.h).
     using Report = std::function<void(eGW_EVENT_TYPE type, const std::string &payload)>;
 
-    GwReconnector(Attempt attempt, Report report);
+    // Tells the host the gateway-level events it missed.
+    using Replay = std::function<void()>;
+
+    GwReconnector(Attempt attempt, Report report, Replay replay);
     ~GwReconnector();
     GwReconnector(const GwReconnector &) = delete;
     GwReconnector &operator=(const GwReconnector &) = delete;
@@ -31,6 +35,8 @@ public:
     void stop();
     // The connection in use closed; called from any thread.
     void connectionLost();
+    // Runs the replay on the reconnector's thread, in order with its reports.
+    void requestReplay();
 
     // Milliseconds to wait after failed attempt `attempt` (1-based):
     // 100 ms doubling up to kMaxBackoffMs.
@@ -47,9 +53,11 @@ private:
 
     Attempt m_attempt;
     Report m_report;
+    Replay m_replay;
     std::mutex m_mutex;
     std::condition_variable m_wake;
     bool m_lost = false;
+    bool m_replayWanted = false;
     bool m_stopping = false;
     // Counts start(): a thread left running by a stop() from a report (it
     // could not be joined) ends when a later start() begins another.

@@ -32,6 +32,9 @@ extern "C" {
  * GW_ERR_CONNECTION_LOST), one RECONNECTING per failed attempt to reach it
  * again, one RESTORED when a new connection is up (calls work again; the
  * gateway may have been restarted, so the caller reloads what it shows).
+ * A loss that happens while no event callback is set (a host setting it late
+ * in its start-up) is not forgotten: setting a callback then delivers LOST,
+ * and RESTORED if the gateway came back meanwhile, on the same thread.
  *   GATEWAY_LOST          no payload (dataLen 0)
  *   GATEWAY_RECONNECTING  int32 attempt number (1, 2, ...), then int32
  *                         milliseconds until the next attempt (8 bytes)

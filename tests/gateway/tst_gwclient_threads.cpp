@@ -71,6 +71,41 @@ int recordAfterRelease(int, int, void *data, int length, void *)
     return 0;
 }
 
+// The gateway-level events in the order they came, and whether any came on
+// the thread that set the callback.
+struct GatewayEventLog {
+    std::mutex mutex;
+    QList<int> types;
+    std::thread::id setter;
+    bool onSetterThread = false;
+};
+GatewayEventLog g_gatewayEvents;
+
+int logGatewayEvent(eGW_EVENT_TYPE type, void *, void *, int)
+{
+    if (type < GW_EVENT_GATEWAY_LOST || type > GW_EVENT_GATEWAY_RESTORED)
+        return 0;
+    std::lock_guard<std::mutex> lock(g_gatewayEvents.mutex);
+    g_gatewayEvents.types.append(type);
+    g_gatewayEvents.onSetterThread |= std::this_thread::get_id() == g_gatewayEvents.setter;
+    return 0;
+}
+
+// A deep copy: an implicitly shared one would be detached later, outside
+// the lock, while the library's thread appends.
+QList<int> gatewayEvents()
+{
+    std::lock_guard<std::mutex> lock(g_gatewayEvents.mutex);
+    const QList<int> &types = g_gatewayEvents.types;
+    return QList<int>(types.cbegin(), types.cend());
+}
+
+quint32 readTargetPort(int id)
+{
+    auto rec = record("TargetPort");
+    return GW_PF_GetModuleParam(id, rec.get(), -1);
+}
+
 // A TCP server device on a free port with one peer connected; the device id.
 int serverWithPeer(QTcpSocket &peer)
 {
@@ -102,6 +137,8 @@ private slots:
     void callsFromThreads_whileTheGatewayIsKilledAndRestarted();
     void callbackAnswersEachLine_inOrder();
     void callbackWaitsForAnotherThreadsCall_resultsKeepTheirOrder();
+    void lossBeforeTheEventCallback_isToldWhenItIsSet_data();
+    void lossBeforeTheEventCallback_isToldWhenItIsSet();
 };
 
 void tst_GwClientThreads::callsFromThreads_whileResultsFlood_thenDeInit()
@@ -249,6 +286,59 @@ void tst_GwClientThreads::callbackWaitsForAnotherThreadsCall_resultsKeepTheirOrd
     GW_PF_DeInit();
     std::lock_guard<std::mutex> lock(g_waiting.mutex);
     QCOMPARE(g_waiting.lines, expected);
+    QVERIFY(gw.stop());
+}
+
+void tst_GwClientThreads::lossBeforeTheEventCallback_isToldWhenItIsSet_data()
+{
+    QTest::addColumn<bool>("backBeforeTheCallback");
+    QTest::newRow("gateway back before the callback is set") << true;
+    QTest::newRow("gateway still away when the callback is set") << false;
+}
+
+// A host sets its event callback late in its start-up; a gateway that died
+// before that must still be reported, or the host shows a half-loaded page
+// with no word of the loss.
+void tst_GwClientThreads::lossBeforeTheEventCallback_isToldWhenItIsSet()
+{
+    QFETCH(bool, backBeforeTheCallback);
+    GatewayProcess gw;
+    QVERIFY2(gw.start(), qPrintable(gw.error()));
+    const int port = gw.port();
+    GW_PF_SetEventCalBack(nullptr, nullptr);
+    QCOMPARE(GW_PF_Init(1, "127.0.0.1", port, 101), GW_OK);
+    const int id = add("UdpModule");
+    gw.kill();
+    QTRY_COMPARE(readTargetPort(id), quint32(GW_ERR_CONNECTION_LOST));
+    if (backBeforeTheCallback) {
+        QVERIFY2(gw.start({QStringLiteral("--port"), QString::number(port)}), qPrintable(gw.error()));
+        QTRY_COMPARE_WITH_TIMEOUT(readTargetPort(id), quint32(GW_OK), 10000);
+    }
+    {
+        std::lock_guard<std::mutex> lock(g_gatewayEvents.mutex);
+        g_gatewayEvents.types.clear();
+        g_gatewayEvents.setter = std::this_thread::get_id();
+        g_gatewayEvents.onSetterThread = false;
+    }
+    GW_PF_SetEventCalBack(&logGatewayEvent, nullptr);
+    if (backBeforeTheCallback) {
+        QTRY_COMPARE(gatewayEvents(), (QList<int>{GW_EVENT_GATEWAY_LOST, GW_EVENT_GATEWAY_RESTORED}));
+    } else {
+        // The loss first, then the attempts as they fail, then the restore.
+        QTRY_VERIFY(gatewayEvents().size() >= 2);
+        QVERIFY2(gw.start({QStringLiteral("--port"), QString::number(port)}), qPrintable(gw.error()));
+        QTRY_COMPARE_WITH_TIMEOUT(gatewayEvents().last(), int(GW_EVENT_GATEWAY_RESTORED), 10000);
+        const QList<int> events = gatewayEvents();
+        QCOMPARE(events.first(), int(GW_EVENT_GATEWAY_LOST));
+        QCOMPARE(events.count(GW_EVENT_GATEWAY_LOST), 1);
+        QCOMPARE(events.count(GW_EVENT_GATEWAY_RESTORED), 1);
+    }
+    {
+        std::lock_guard<std::mutex> lock(g_gatewayEvents.mutex);
+        QVERIFY2(!g_gatewayEvents.onSetterThread, "events come on the library's own thread");
+    }
+    GW_PF_SetEventCalBack(nullptr, nullptr);
+    GW_PF_DeInit();
     QVERIFY(gw.stop());
 }
 

@@ -369,7 +369,10 @@ void GatewayService::onDeviceStatus(int moduleId, int state)
 
 void GatewayService::onResults(int moduleId, int addressId, const QList<QByteArray> &frames)
 {
-    std::string encoded;
+    // One buffer per device thread, kept between batches: a fresh one for
+    // each batch cost page faults on every read of a busy stream.
+    thread_local std::string encoded;
+    encoded.clear();
     encoded.reserve(size_t(StreamChannel::bytesOf(frames)) + size_t(frames.size()) * 32);
     for (const QByteArray &data : frames) {
         GW_HOP_MARK(GwHop::PushEncoded, data.constData(), size_t(data.size()));
@@ -379,4 +382,6 @@ void GatewayService::onResults(int moduleId, int addressId, const QList<QByteArr
     }
     // The sessions copy what they keep before emit returns.
     emit pushFrames(QByteArray::fromRawData(encoded.data(), int(encoded.size())));
+    if (encoded.capacity() > size_t(StreamChannel::kKeptBufferBytes))
+        std::string().swap(encoded); // after a burst, not held for good
 }

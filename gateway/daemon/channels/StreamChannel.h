@@ -77,6 +77,9 @@ public:
     // handled with framesTaken(); resumeInput() makes a held channel read
     // again.
     static constexpr qint64 kMaxInFlightBytes = 4 * 1024 * 1024;
+    // A device thread keeps its read and push buffers between batches up to
+    // this size; a larger one, left by a burst, is freed after use.
+    static constexpr qint64 kKeptBufferBytes = 1024 * 1024;
     static void holdAllInput(bool hold);
     static bool allInputHeld();
     virtual void framesTaken(qint64 bytes) = 0;

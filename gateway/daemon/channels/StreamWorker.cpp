@@ -4,6 +4,7 @@
 #include "GwHopStamps.h"
 
 #include <QIODevice>
+#include <climits>
 
 bool StreamWorker::mayRead()
 {
@@ -36,9 +37,20 @@ qint64 StreamWorker::take(QIODevice *device, FrameSplitter &splitter)
 {
     if (!mayRead())
         return 0;
-    const QByteArray bytes = device->readAll();
-    deliver(splitter, bytes);
-    return bytes.size();
+    // Read into a buffer kept between reads: a fresh one for every read of a
+    // busy stream cost page faults each time.
+    const qint64 available = device->bytesAvailable();
+    if (available <= 0)
+        return 0;
+    m_readBuffer.resize(int(qMin<qint64>(available, INT_MAX)));
+    const qint64 n = device->read(m_readBuffer.data(), m_readBuffer.size());
+    if (n > 0) {
+        m_readBuffer.resize(int(n));
+        deliver(splitter, m_readBuffer);
+    }
+    if (m_readBuffer.capacity() > StreamChannel::kKeptBufferBytes)
+        m_readBuffer = QByteArray(); // after a burst, not held for good
+    return qMax<qint64>(n, 0);
 }
 
 void StreamWorker::deliver(FrameSplitter &splitter, const QByteArray &bytes)

@@ -61,4 +61,5 @@ protected:
 
 private:
     std::shared_ptr<ChannelState> m_state;
+    QByteArray m_readBuffer; // take()'s, kept between reads up to StreamChannel::kKeptBufferBytes
 };

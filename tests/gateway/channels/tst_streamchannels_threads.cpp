@@ -26,6 +26,14 @@ QByteArray line(int writer, int seq)
     QByteArray text = QByteArray::number(writer) + ':' + QByteArray::number(seq) + ':';
     return text + QByteArray(kLineSize - 1 - text.size(), 'x') + '\n';
 }
+
+// Opens a TCP server channel on loopback `port` with LF framing.
+quint32 openServer(StreamChannel &channel, quint16 port)
+{
+    return channel.open(channelParams("TcpServerModule", {{"LocalIP", "127.0.0.1"},
+                                                          {"LocalPort", QByteArray::number(port)},
+                                                          {"EndChar", "\n"}}));
+}
 } // namespace
 
 class tst_StreamChannelsThreads : public QObject
@@ -50,10 +58,7 @@ void tst_StreamChannelsThreads::writeFromThreads_whilePeerStreams()
     const quint16 port = freeTcpPort();
     std::unique_ptr<StreamChannel> channel(StreamChannel::create("TcpServerModule"));
     ChannelProbe probe(channel.get());
-    QCOMPARE(channel->open(channelParams("TcpServerModule", {{"LocalIP", "127.0.0.1"},
-                                                             {"LocalPort", QByteArray::number(port)},
-                                                             {"EndChar", "\n"}})),
-             GW_OK);
+    QCOMPARE(openServer(*channel, port), GW_OK);
     QTcpSocket peer;
     peer.connectToHost(QHostAddress::LocalHost, port);
     QVERIFY(peer.waitForConnected(5000));
@@ -119,10 +124,7 @@ void tst_StreamChannelsThreads::statusReadFromThreads_whilePeersComeAndGo()
     const quint16 port = freeTcpPort();
     std::unique_ptr<StreamChannel> channel(StreamChannel::create("TcpServerModule"));
     ChannelProbe probe(channel.get());
-    QCOMPARE(channel->open(channelParams("TcpServerModule", {{"LocalIP", "127.0.0.1"},
-                                                             {"LocalPort", QByteArray::number(port)},
-                                                             {"EndChar", "\n"}})),
-             GW_OK);
+    QCOMPARE(openServer(*channel, port), GW_OK);
     ChannelStatus *status = channel->status();
     QVERIFY(status);
     std::atomic<bool> stop{false};
